@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Scores a sample model with a shipped plug-in.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/setup.sh
+build=${BUILD_DIR:-build/release}
+cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DVANTRY_BUILD_TESTS=OFF >/dev/null
+cmake --build "$build" -j "$(nproc)"
+if [ ! -x "$build/tools/vantry-score" ]; then
+    echo "demo: no model plug-in ships yet; the library is built in $build/lib"
+    exit 0
+fi
+LD_LIBRARY_PATH="$build/lib" "$build/tools/vantry-score" examples/modeldll.txt examples/iris_tree.pmml examples/iris.csv
