@@ -244,7 +244,4 @@ TEST(MessageTable, OddPatternsFormatToTheirExactWords) {
     EXPECT_EQ(gErrorFormater.FormatN(260185, 4, "v", "1", "2", "t"),
               "Require variable : 'v' has the value '1'or '2' of attribute 't'.");
     EXPECT_EQ(gErrorFormater.FormatN(260281, 2, "e", "n"), "The element 'e' in node 'n' is false");
-    EXPECT_EQ(gErrorFormater.FormatN(260214, 6, "a", "b", "c", "d", "e", "f"),
-              "Conflict setting between the value 'a' of attribute 'b' in 'c' and the value 'd' of "
-              "attribute 'e' in 'f'.");
 }
