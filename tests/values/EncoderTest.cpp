@@ -58,11 +58,6 @@ TEST(ScoreBinningEncoder, ValueFormsRefuseAllButNumbers) {
     EXPECT_EQ(encoder.EncodeConst(std::string("abc")), 0);
     EXPECT_EQ(encoder.EncodeConst(std::string("9")), 3);
 
-    EXPECT_EQ(encoder.Decode(1), "");
-    EXPECT_EQ(encoder.DecodeNum(1), kSysmis);
-    encoder.SetValueLabel(0, "low");
-    EXPECT_EQ(encoder.GetValueLabels(), nullptr);
-
     std::unique_ptr<ScoreEncoder> clone(encoder.Clone());
     EXPECT_EQ(clone->GetNumberOfCategories(), 4);
     EXPECT_EQ(clone->EncodeConst(&number), 2);
