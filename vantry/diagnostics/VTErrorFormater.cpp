@@ -19,7 +19,7 @@ std::string ArgumentText(char const* text) {
     return text != nullptr ? std::string(text) : std::string();
 }
 
-// Narrow text to UTF-16 by ICU's default conversion; a null text is an empty one.
+// Narrow text as UTF-16, by ICU's default conversion; a null text is an empty one.
 icu::UnicodeString Widen(char const* text) {
     return text != nullptr ? icu::UnicodeString(text) : icu::UnicodeString();
 }
