@@ -25,7 +25,7 @@ std::uint64_t Bits(double d) {
     return bits;
 }
 
-// Opens the protected constants for inspection.
+// Opens the protected constants to the tests.
 struct OpenNumeric : NumericValue {
     static double Epsilon() { return fEpsilon; }
     static double Sysmis() { return gSysmisValue; }

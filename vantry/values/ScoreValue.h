@@ -109,7 +109,7 @@ class VANTRY_EXPORT NumericValue : public ScoreValue {
 };
 
 // Text as a sequence of bytes, with a declared length kept beside it that need not agree with it.
-// Strings compare by bytes, with trailing spaces insignificant and blank strings treated specially.
+// Strings compare by bytes, with trailing spaces insignificant and blank strings given their own rules.
 class VANTRY_EXPORT StringValue : public ScoreValue {
   public:
     static int const MAX_STRING = 255;
