@@ -166,6 +166,11 @@ TEST_F(ModelFactoryTest, FileRouteReadsCatalogueAndDocument) {
     EXPECT_EQ(ModelFactory::fModelNames, (Names{"NearestNeighborModel", "TreeModel"}));
     EXPECT_EQ(Describe(ModelFactory::MakeModelFromXML(knn, catalogue, "CP1252", "/tmp/aux")),
               "NearestNeighborModel|stream|36||/tmp/aux");
+    // Paths are UTF-8.
+    const std::string accented =
+        WriteTempFile("mod\xc3\xa8le.xml", "<PMML><TreeModel modelName=\"u\"/></PMML>");
+    EXPECT_EQ(Describe(ModelFactory::MakeModelFromXML(accented, catalogue, "")),
+              "TreeModel|document|PMML|TreeModel|u|");
 
     std::string message;
     const std::string missing = testing::TempDir() + "route_a_missing.xml";
