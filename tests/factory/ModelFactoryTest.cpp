@@ -1,5 +1,6 @@
 // The stream route end to end: the root tag and the catalogue choose the family, the family's plug-in
 // builds the model, and every refusal comes back as its coded exception.
+#include <cstdlib>
 #include <sstream>
 
 #include "FactoryTestSupport.h"
@@ -98,6 +99,23 @@ TEST_F(ModelFactoryTest, TranslatorAnswersPassThrough) {
     EXPECT_EQ(message, "The value: '12x' is invalid of type: 'integer'.");
     EXPECT_EQ(ModelOf("<PMML><TreeModel count=\"+12\"/></PMML>", {"TreeModel"}),
               "TreeModel|document|PMML|TreeModel|||count=12");
+}
+
+TEST_F(ModelFactoryTest, PluginWithoutTranslatorGivesNoModel) {
+    ASSERT_EQ(setenv("VANTRY_TEST_NULL_GIVE", "NearestNeighborModel", 1), 0);
+    EXPECT_EQ(ModelOf("<PMML><NearestNeighborModel/></PMML>", {"NearestNeighborModel"}), "null");
+    ASSERT_EQ(setenv("VANTRY_TEST_NULL_GIVE", "TreeModel", 1), 0);
+    EXPECT_EQ(ModelOf("<PMML><TreeModel/></PMML>", {"TreeModel"}), "null");
+    unsetenv("VANTRY_TEST_NULL_GIVE");
+    EXPECT_EQ(ModelOf("<PMML><TreeModel/></PMML>", {"TreeModel"}), "TreeModel|document|PMML|TreeModel||");
+}
+
+TEST_F(ModelFactoryTest, CallsAfterTerminateStartXercesThemselves) {
+    ModelFactory::Initialize("");
+    ModelFactory::Terminate();
+    // fInitialized stays true, but the call does not rely on a stopped parser library.
+    EXPECT_TRUE(ModelFactory::fInitialized);
+    EXPECT_EQ(ModelOf("<Tree/>", {}), "TreeModel|document|Tree|Tree||");
 }
 
 TEST_F(ModelFactoryTest, DocumentsWithoutUsableRootAreRefused) {
