@@ -1,37 +1,151 @@
-// The abstract dictionary variable. This header so far carries the enumerations of ScoreDictVar that
-// the value classes need; the variable interface itself belongs here as well.
+// A variable of a model: its name, type, measurement level, format, categories, missing values,
+// statistics, encoder and default. ScoreDictVar is the interface that models and plug-ins see; DictVar
+// (vantry/values/DictVar.h) is its implementation. The virtual slot order is shared with plug-ins and
+// must not change.
 #pragma once
 
-#include <cstdint>
+#include <iosfwd>
+#include <string>
 
 #include "vantry/Export.h"
 
 namespace QXVantry_920 {
 
+class ScoreValue;
+class ScoreMissingValueSet;
+class ScoreValueLabelSet;
+class ScoreVarStats;
+class ScoreValueProbabilitySet;
+class ScoreEncoder;
+
 class VANTRY_EXPORT ScoreDictVar {
   public:
-    enum VariableType : std::int32_t { kNUMERIC_VAR = 0, STRING_VAR = 1, DATETIME_VAR = 4 };
+    enum VariableType : int {
+        kNUMERIC_VAR = 0,
+        STRING_VAR = 1,
+        DATETIME_VAR = 4,
+    };
 
-    enum MeasureLevel : std::int32_t { MEASURE_CONTINUOUS = 0, MEASURE_ORDINAL = 1, MEASURE_NOMINAL = 2 };
+    enum MeasureLevel : int {
+        MEASURE_CONTINUOUS = 0,
+        MEASURE_ORDINAL = 1,
+        MEASURE_NOMINAL = 2,
+    };
 
-    // The PMML date and time types. The comment gives the PMML text, the unit of the outside number
-    // and its epoch; inside the library every date is seconds since 1970 and every time seconds since
-    // midnight.
-    enum DateTimeType : std::int32_t {
-        DT_NONE = 0,                          // not a date or time
+    enum NumericDataType : int {
+        NUMERIC_TYPE_NONE = 0,
+        NUMERIC_TYPE_INTEGER = 1,
+        NUMERIC_TYPE_DOUBLE = 2,
+    };
+
+    // The date and time types of PMML, with the unit and epoch of the outside number in the comment.
+    enum DateTimeType : int {
+        DT_NONE = 0,
         DT_DATE = 1,                          // "date": seconds since 1970
         DT_TIME = 2,                          // "time": seconds since midnight
         DT_DATETIME = 3,                      // "dateTime": seconds since 1970
-        DT_DATE_DAYS_SINCE_0 = 4,             // "dateDaysSince[0]": days since year 0
-        DT_DATE_DAYS_SINCE_1960 = 5,          // "dateDaysSince[1960]"
-        DT_DATE_DAYS_SINCE_1970 = 6,          // "dateDaysSince[1970]"
-        DT_DATE_DAYS_SINCE_1980 = 7,          // "dateDaysSince[1980]"
-        DT_TIME_SECONDS = 8,                  // "timeSeconds": seconds since midnight
-        DT_DATETIME_SECONDS_SINCE_0 = 9,      // "dateTimeSecondsSince[0]": seconds since year 0
-        DT_DATETIME_SECONDS_SINCE_1960 = 10,  // "dateTimeSecondsSince[1960]"
-        DT_DATETIME_SECONDS_SINCE_1970 = 11,  // "dateTimeSecondsSince[1970]"
-        DT_DATETIME_SECONDS_SINCE_1980 = 12,  // "dateTimeSecondsSince[1980]"
+        DT_DATE_DAYS_SINCE_0 = 4,             // days since year 0
+        DT_DATE_DAYS_SINCE_1960 = 5,          // days since 1960
+        DT_DATE_DAYS_SINCE_1970 = 6,          // days since 1970
+        DT_DATE_DAYS_SINCE_1980 = 7,          // days since 1980
+        DT_TIME_SECONDS = 8,                  // seconds since midnight
+        DT_DATETIME_SECONDS_SINCE_0 = 9,      // seconds since year 0
+        DT_DATETIME_SECONDS_SINCE_1960 = 10,  // seconds since 1960
+        DT_DATETIME_SECONDS_SINCE_1970 = 11,  // seconds since 1970
+        DT_DATETIME_SECONDS_SINCE_1980 = 12,  // seconds since 1980
     };
+
+    // Stored and handed back only; the derived-field readers give the numbers their meaning.
+    enum OutlierHandleMethod : int {
+        OUTLIER_AS_IS = 0,
+        OUTLIER_AS_MISSING_VALUES = 1,
+        OUTLIER_AS_EXTREME_VALUES = 2,
+    };
+
+    virtual ~ScoreDictVar();
+    virtual ScoreDictVar* Clone() const = 0;
+    // Names alone decide: two variables of the same name are equal whatever else they hold.
+    virtual bool operator==(ScoreDictVar const& other) const = 0;
+    virtual bool IsMissingValue(ScoreValue const* value) const = 0;
+    virtual bool IsValidValue(ScoreValue const* value) const = 0;
+    virtual bool SetName(std::string const& name) = 0;
+    virtual void SetLabel(std::string const& label) = 0;
+    virtual void SetVarType(VariableType type) = 0;
+    virtual void SetMLevel(MeasureLevel level) = 0;
+    virtual void SetFormat(int decimal, int width) = 0;
+    virtual void SetDecimal(int decimal) = 0;
+    virtual void SetWidth(int width) = 0;
+    virtual std::string const& GetName() const = 0;
+    virtual std::string const& GetLabel() const = 0;
+    virtual VariableType GetVarType() = 0;
+    virtual MeasureLevel GetMLevel() = 0;
+    virtual int GetDecimal() const = 0;
+    virtual int GetWidth() const = 0;
+    virtual ScoreVarStats const* GetVarStats() const = 0;
+    virtual void SetVarStats(ScoreVarStats* stats) = 0;
+    virtual ScoreValueLabelSet const* GetValueLabels() const = 0;
+    virtual std::string GetLabelOfValue(ScoreValue const* value) = 0;
+    virtual ScoreMissingValueSet const* GetMissingValues() const = 0;
+    virtual void SetMissingValues(ScoreMissingValueSet* missingValues) = 0;
+    virtual void SetValueLabels(ScoreValueLabelSet* labels) = 0;
+    virtual ScoreValue* ToMyValue(std::string const& text) const = 0;
+    virtual void Display(std::ostream& out) const = 0;
+    virtual int GetNumberOfCats() const = 0;
+    virtual void SetValueIndex(int index) = 0;
+    virtual void SetEncodedValueIndex(int index) = 0;
+    virtual int GetValueIndex() const = 0;
+    virtual int GetEncodedValueIndex() const = 0;
+    virtual void SetNoSpaceTrim(bool noSpaceTrim) = 0;
+    virtual bool GetNoSpaceTrim() const = 0;
+    virtual void SetEmptyStringOK(bool emptyStringOK) = 0;
+    virtual bool GetEmptyStringOK() const = 0;
+    virtual std::string const& GetXMeasure() const = 0;
+    virtual void SetXMeasure(std::string const& xMeasure) = 0;
+    virtual bool SetFlagVariable(bool flag) = 0;
+    virtual bool IsFlagVariable() const = 0;
+    virtual void SetOutlierHandleMethod(OutlierHandleMethod method) = 0;
+    virtual int GetOutlierHandleMethod() const = 0;
+    virtual bool IsDerivedVariable() const = 0;
+    virtual void SetDateTimeType(DateTimeType type) = 0;
+    virtual DateTimeType GetDateTimeType() = 0;
+    virtual void SetDefValue(ScoreValue* value) = 0;
+    virtual ScoreValue const* GetDefValue() const = 0;
+    virtual void SetValueProbabilities(ScoreValueProbabilitySet* probabilities) = 0;
+    virtual ScoreValueProbabilitySet const* GetValueProbabilities() const = 0;
+    virtual ScoreEncoder* GetEncoder() = 0;
+    virtual ScoreEncoder const* GetEncoder() const = 0;
+    virtual void SetEncoder(ScoreEncoder* encoder) = 0;
+    virtual void SetEmptyCateValues(bool empty) = 0;
+    virtual bool IsEmptyCateValues() const = 0;
+    virtual bool AddScoreValueLabel(ScoreValue* value, std::string const& label) = 0;
+    virtual void SetNumericDataType(NumericDataType type) = 0;
+    virtual NumericDataType GetNumericDataType() = 0;
+    virtual bool IsUsageTypeEnable() const = 0;
+    virtual void SetUsageType(bool enabled) = 0;
+    virtual void SetFalgTypeTrueValue(std::string const& value) = 0;
+    virtual std::string GetFalgTypeTrueValue() = 0;
+
+    // Read-only twins of the accessors whose slots take no const. They dispatch to the virtual slot, so
+    // that a variable reached through a const pointer (a split, a dictionary's const GetVar) can be asked
+    // without a cast at every call site. A class that overrides one of these slots brings the twin back
+    // into scope with a using-declaration.
+    VariableType GetVarType() const { return Mutable()->GetVarType(); }
+    MeasureLevel GetMLevel() const { return Mutable()->GetMLevel(); }
+    DateTimeType GetDateTimeType() const { return Mutable()->GetDateTimeType(); }
+    NumericDataType GetNumericDataType() const { return Mutable()->GetNumericDataType(); }
+    std::string GetLabelOfValue(ScoreValue const* value) const { return Mutable()->GetLabelOfValue(value); }
+    std::string GetFalgTypeTrueValue() const { return Mutable()->GetFalgTypeTrueValue(); }
+
+    bool IsString() const { return GetVarType() == STRING_VAR; }
+
+  protected:
+    ScoreDictVar() = default;
+    ScoreDictVar(ScoreDictVar const&) = default;
+    ScoreDictVar& operator=(ScoreDictVar const&) = default;
+
+  private:
+    // The slots above read state only; none of them changes the variable.
+    ScoreDictVar* Mutable() const { return const_cast<ScoreDictVar*>(this); }
 };
 
 }  // namespace QXVantry_920

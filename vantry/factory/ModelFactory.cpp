@@ -1,0 +1,282 @@
+#include "vantry/factory/ModelFactory.h"
+
+#include <fstream>
+#include <memory>
+
+#include <xercesc/dom/DOM.hpp>
+#include <xercesc/parsers/XercesDOMParser.hpp>
+#include <xercesc/sax2/SAX2XMLReader.hpp>
+#include <xercesc/sax2/XMLReaderFactory.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/SecurityManager.hpp>
+#include <xercesc/util/XMLException.hpp>
+#include <xercesc/util/XMLUni.hpp>
+
+#include "vantry/diagnostics/ScoringLog.h"
+#include "vantry/factory/CodedError.h"
+#include "vantry/factory/FactoryInternals.h"
+#include "vantry/factory/QXXInputSource.h"
+#include "vantry/factory/ScoreSAX2Handlers.h"
+#include "vantry/translate/BaseTranslator.h"
+#include "vantry/translate/XMLText.h"
+
+XERCES_CPP_NAMESPACE_USE
+
+namespace QXVantry_920 {
+
+bool ModelFactory::fInitialized = false;
+std::vector<std::string> ModelFactory::fModelNames;
+std::recursive_mutex gModelFactoryLock;
+
+namespace {
+
+constexpr char kMakeModelFromXMLName[] = "QXVantry_920::ModelFactory::MakeModelFromXML";
+constexpr char kNearestNeighborModel[] = "NearestNeighborModel";
+
+void TraceEnter(char const* function) {
+    ScoringLog::GetInstance()->TraceText(1, "Enter:%s", function);
+}
+
+// The UTF-16 message of a parser exception as narrow text, without the transcoding service, which
+// may be what failed to start.
+std::string PlainText(XMLCh const* text) {
+    std::string result;
+    for (; text != nullptr && *text != 0; ++text)
+        result += *text < 0x80 ? static_cast<char>(*text) : '?';
+    return result;
+}
+
+// Whether Xerces-C runs: a host may have stopped it with Terminate while fInitialized stays true.
+bool XercesRuns() {
+    return XMLPlatformUtils::fgMemoryManager != nullptr;
+}
+
+// Bounds the expansion of entities, so that a document of nested entities is refused quickly instead
+// of filling the memory: the limit is far above what a model document uses. Read-only while parsing,
+// so one object serves all threads.
+class DocumentSecurityManager : public SecurityManager {
+  public:
+    DocumentSecurityManager() { setEntityExpansionLimit(10000); }
+
+    static SecurityManager* Get() {
+        static DocumentSecurityManager manager;
+        return &manager;
+    }
+};
+
+void AdoptModelNames(std::vector<std::string> const& modelNames) {
+    std::lock_guard<std::recursive_mutex> lock(gModelFactoryLock);
+    if (ModelFactory::fModelNames.empty())
+        ModelFactory::fModelNames = modelNames;
+}
+
+// What the root element of a document decides.
+enum class RootAction { kSearchName, kKromML, kTreeModel };
+
+struct RootDispatch {
+    XMLCh const* tag;
+    RootAction action;
+};
+
+const RootDispatch kRootDispatch[] = {
+    {u"PMML", RootAction::kSearchName},
+    {u"krom-ml", RootAction::kKromML},
+    {u"Tree", RootAction::kTreeModel},
+    {u"AssocLattice", RootAction::kSearchName},
+    {u"SequentialAssociationLattice", RootAction::kSearchName},
+};
+
+// The model of a parsed document, chosen by its root tag.
+ScoreModel* DispatchOnRoot(std::vector<std::string> const& modelNames, DOMDocument* document,
+                           XercesDOMParser* parser, std::string const& encoding) {
+    DOMElement* root = document->getDocumentElement();
+    if (root == nullptr)
+        ThrowCodedError(260110);
+    XMLCh const* tag = root->getTagName();
+    if (tag == nullptr || *tag == 0)
+        ThrowCodedError(260112);
+
+    for (RootDispatch const& entry : kRootDispatch) {
+        if (XMLString::compareString(tag, entry.tag) != 0)
+            continue;
+        switch (entry.action) {
+            case RootAction::kSearchName:
+                return GetLibraryPath(modelNames, root, false, std::string(), document, parser, encoding);
+            case RootAction::kKromML: {
+                DOMNodeList* regression = root->getElementsByTagName(u"regression-model");
+                const bool isRegression = regression != nullptr && regression->getLength() > 0;
+                return GetLibraryPath(modelNames, root, isRegression,
+                                      isRegression ? "GeneralRegressionModel" : std::string(), document,
+                                      parser, encoding);
+            }
+            case RootAction::kTreeModel:
+                return GetLibraryPath(modelNames, root, true, "TreeModel", document, parser, encoding);
+        }
+    }
+    ThrowCodedError(260301, NarrowText(tag));
+}
+
+}  // namespace
+
+XercesInitGuard::XercesInitGuard()
+    : fEntered(false), fWasInitialized(ModelFactory::fInitialized && XercesRuns()) {
+    if (!fWasInitialized) {
+        gModelFactoryLock.lock();
+        try {
+            XMLPlatformUtils::Initialize();
+        } catch (XMLException const& exception) {
+            const std::string message = PlainText(exception.getMessage());
+            XMLPlatformUtils::Terminate();
+            gModelFactoryLock.unlock();
+            ThrowCodedErrorWithDetail(260102, message);
+        }
+    }
+    fEntered = true;
+}
+
+XercesInitGuard::~XercesInitGuard() {
+    if (!fWasInitialized) {
+        XMLPlatformUtils::Terminate();
+        gModelFactoryLock.unlock();
+    }
+}
+
+XercesDOMParser* CreateDocumentParser() {
+    auto* parser = new XercesDOMParser(nullptr, XMLPlatformUtils::fgMemoryManager, nullptr);
+    parser->setLoadExternalDTD(false);
+    parser->setValidationScheme(XercesDOMParser::Val_Never);
+    // No entity is ever fetched from outside the document, and nested entities cannot explode.
+    parser->setDisableDefaultEntityResolution(true);
+    parser->setSecurityManager(DocumentSecurityManager::Get());
+    return parser;
+}
+
+DOMDocument* ParseToDocument(XercesDOMParser* parser, std::istream& stream) {
+    QXXML_920::QXXInputSource source(stream);
+    try {
+        parser->parse(source);
+    } catch (XMLException const& exception) {
+        ThrowCodedErrorWithDetail(260109, NarrowText(exception.getMessage()));
+    } catch (DOMException const& exception) {
+        ThrowCodedErrorWithDetail(260109, NarrowText(exception.getMessage()));
+    } catch (...) {
+        ThrowCodedError(260105);
+    }
+    DOMDocument* document = parser->getDocument();
+    if (document == nullptr)
+        ThrowCodedError(260107);
+    return document;
+}
+
+bool ScanForElement(std::string const& elementName, std::istream& stream) {
+    ScoreSAX2Handlers handler(elementName);
+    std::unique_ptr<SAX2XMLReader> reader(
+        XMLReaderFactory::createXMLReader(XMLPlatformUtils::fgMemoryManager));
+    reader->setFeature(XMLUni::fgSAX2CoreValidation, false);
+    reader->setFeature(XMLUni::fgXercesLoadExternalDTD, false);
+    reader->setFeature(XMLUni::fgXercesDynamic, true);
+    reader->setFeature(XMLUni::fgSAX2CoreNameSpaces, true);
+    reader->setFeature(XMLUni::fgXercesSchema, false);
+    reader->setFeature(XMLUni::fgXercesSchemaFullChecking, false);
+    reader->setFeature(XMLUni::fgSAX2CoreNameSpacePrefixes, false);
+    reader->setFeature(XMLUni::fgXercesDisableDefaultEntityResolution, true);
+    reader->setProperty(XMLUni::fgXercesSecurityManager, DocumentSecurityManager::Get());
+    reader->setContentHandler(&handler);
+    reader->setErrorHandler(&handler);
+
+    QXXML_920::QXXInputSource source(stream);
+    try {
+        reader->parse(source);
+    } catch (ScoreSAX2Handlers::HandlerState state) {
+        return state == ScoreSAX2Handlers::kElementFound;
+    } catch (OutOfMemoryException const&) {
+        return false;
+    } catch (XMLException const&) {
+        return false;
+    }
+    return false;
+}
+
+void ModelFactory::Initialize(std::string catalogPath) {
+    XMLPlatformUtils::Initialize();
+    // The trace's singleton is made without a guard at its first use. Model creation may run on
+    // several threads after Initialize, so make it now, while the host runs nothing else.
+    ScoringLog::GetInstance();
+    if (!catalogPath.empty()) {
+        std::vector<std::string> names;
+        ReadModelCatalog(CodePagePath(catalogPath), names);
+        fModelNames = std::move(names);
+    }
+    fInitialized = true;
+}
+
+void ModelFactory::Terminate() {
+    XMLPlatformUtils::Terminate();
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(std::istream& stream, std::vector<std::string> const& modelNames,
+                                           std::string const& encoding, std::string const& auxiliaryPath) {
+    TraceEnter(kMakeModelFromXMLName);
+    XercesInitGuard guard;
+    AdoptModelNames(modelNames);
+
+    const bool nearestNeighbor = ScanForElement(kNearestNeighborModel, stream);
+    if (!stream.bad()) {
+        stream.clear();
+        stream.seekg(0);
+    }
+    if (nearestNeighbor) {
+        // That translator reads the stream itself: no DOM is built.
+        ScoreModel* model = nullptr;
+        std::unique_ptr<ScoreTranslator> translator(GetTranslatorByName(modelNames, kNearestNeighborModel));
+        if (auto* base = dynamic_cast<BaseTranslator*>(translator.get())) {
+            model = base->ParseFromTree(stream, std::string(), auxiliaryPath);
+        }
+        translator.reset();
+        ScoringLog::GetInstance()->TraceText(1, "Make Model End");
+        return model;
+    }
+
+    // The parser owns the document; it goes, with the DOM, on every way out of this scope.
+    std::unique_ptr<XercesDOMParser> parser(CreateDocumentParser());
+    DOMDocument* document = ParseToDocument(parser.get(), stream);
+    return DispatchOnRoot(modelNames, document, parser.get(), encoding);
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(std::istream& stream, std::vector<std::string> const& modelNames,
+                                           std::string const& encoding) {
+    return MakeModelFromXML(stream, modelNames, encoding, std::string());
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(std::istream& stream, std::string& catalogPath) {
+    std::vector<std::string> names;
+    ReadModelCatalog(catalogPath, names);
+    return MakeModelFromXML(stream, names, std::string(), std::string());
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(std::istream& stream, std::string const& modelName) {
+    return MakeModelFromXML(stream, std::vector<std::string>{modelName}, std::string(), std::string());
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(std::string const& pmmlPath, std::string const& catalogPath,
+                                           std::string const& encoding, std::string const& auxiliaryPath) {
+    XercesInitGuard guard;
+    TraceEnter(kMakeModelFromXMLName);
+    const std::string pmmlFile = CodePagePath(pmmlPath);
+    std::vector<std::string> names;
+    ReadModelCatalog(CodePagePath(catalogPath), names);
+    AdoptModelNames(names);
+
+    std::ifstream file(pmmlFile);
+    if (!file.is_open())
+        ThrowCodedError(260104, pmmlFile);
+    return MakeModelFromXML(file, names, encoding, CodePagePath(auxiliaryPath));
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(std::string const& pmmlPath, std::string const& catalogPath,
+                                           std::string const& encoding) {
+    return MakeModelFromXML(pmmlPath, catalogPath, encoding, std::string());
+}
+
+}  // namespace QXVantry_920

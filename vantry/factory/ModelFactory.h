@@ -1,0 +1,54 @@
+// The entry of the library: a host starts it, then asks for models built from PMML or legacy
+// documents, and stops it at the end.
+//
+// Each model family is a plug-in library, found by file name through the catalogue of model names
+// (by default "modeldll.txt"): the model "TreeModel" is served by libTreeModel920r.so, found by the
+// platform's library search. The plug-in hands back a translator that builds the model.
+//
+// Failures are QXVantry_920::VTException with a six-digit code. The model returned belongs to the
+// caller.
+#pragma once
+
+#include <istream>
+#include <string>
+#include <vector>
+
+#include "vantry/Export.h"
+
+namespace QXVantry_920 {
+
+class ScoreModel;
+
+class VANTRY_EXPORT ModelFactory {
+  public:
+    // Starts Xerces-C and, for a non-empty path (UTF-8), reads the catalogue into fModelNames.
+    // Not guarded by the lock: do not run it beside model creation.
+    static void Initialize(std::string catalogPath);
+    // Stops Xerces-C, nothing more: fInitialized and fModelNames keep their values.
+    static void Terminate();
+
+    // The main route: a model from a document on a seekable stream. modelNames is the catalogue to
+    // search; encoding names the code page for document text (empty: the default); auxiliaryPath is
+    // handed untouched to a nearest-neighbour translator.
+    static ScoreModel* MakeModelFromXML(std::istream& stream, std::vector<std::string> const& modelNames,
+                                        std::string const& encoding, std::string const& auxiliaryPath);
+    static ScoreModel* MakeModelFromXML(std::istream& stream, std::vector<std::string> const& modelNames,
+                                        std::string const& encoding);
+    // Beware: the non-const string is the path of a catalogue ("modeldll.txt" if empty), the const
+    // string below is a single model name.
+    static ScoreModel* MakeModelFromXML(std::istream& stream, std::string& catalogPath);
+    static ScoreModel* MakeModelFromXML(std::istream& stream, std::string const& modelName);
+
+    // From a file: paths in UTF-8; the catalogue is read from catalogPath ("modeldll.txt" if empty).
+    static ScoreModel* MakeModelFromXML(std::string const& pmmlPath, std::string const& catalogPath,
+                                        std::string const& encoding, std::string const& auxiliaryPath);
+    static ScoreModel* MakeModelFromXML(std::string const& pmmlPath, std::string const& catalogPath,
+                                        std::string const& encoding);
+
+    // Set by Initialize; never cleared.
+    static bool fInitialized;
+    // The process-wide catalogue, in catalogue order, duplicates kept.
+    static std::vector<std::string> fModelNames;
+};
+
+}  // namespace QXVantry_920
