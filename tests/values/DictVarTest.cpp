@@ -5,10 +5,10 @@
 #include <string>
 
 #include "vantry/values/DateTimeValue.h"
-#include "vantry/values/DictVar.h"
 #include "vantry/values/MissingValueSet.h"
 #include "vantry/values/Range.h"
-#include "vantry/values/ScoreCatNumericEncoder.h"
+#include "vantry/values/ScoreDictVar.h"
+#include "vantry/values/ScoreEncoder.h"
 #include "vantry/values/ScoreValue.h"
 #include "vantry/values/ValueLabel.h"
 

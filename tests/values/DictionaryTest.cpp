@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "vantry/values/BaseDictionary.h"
-#include "vantry/values/DictVar.h"
+#include "vantry/values/ScoreDictVar.h"
+#include "vantry/values/ScoreDictionary.h"
 
 using namespace QXVantry_920;
 

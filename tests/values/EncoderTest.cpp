@@ -10,9 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "vantry/values/ScoreBinningEncoder.h"
-#include "vantry/values/ScoreCatNumericEncoder.h"
-#include "vantry/values/ScoreCatStringEncoder.h"
+#include "vantry/values/ScoreEncoder.h"
 #include "vantry/values/ScoreValue.h"
 
 using namespace QXVantry_920;

@@ -5,11 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "vantry/values/DictVar.h"
-#include "vantry/values/DiscreteSplit.h"
 #include "vantry/values/MissingValueSet.h"
 #include "vantry/values/Range.h"
-#include "vantry/values/ScaleSplit.h"
+#include "vantry/values/ScoreDictVar.h"
+#include "vantry/values/ScoreSplitVar.h"
 #include "vantry/values/ScoreValue.h"
 #include "vantry/values/ValueLabel.h"
 

@@ -6,7 +6,7 @@
 
 #include "vantry/Export.h"
 #include "vantry/factory/ResultField.h"
-#include "vantry/values/DictVar.h"
+#include "vantry/values/ScoreDictVar.h"
 
 namespace QXVantry_920 {
 

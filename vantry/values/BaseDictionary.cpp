@@ -1,4 +1,4 @@
-#include "vantry/values/BaseDictionary.h"
+#include "vantry/values/ScoreDictionary.h"
 
 #include <ostream>
 #include <string_view>

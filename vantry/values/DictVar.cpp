@@ -1,4 +1,4 @@
-#include "vantry/values/DictVar.h"
+#include "vantry/values/ScoreDictVar.h"
 
 #include <ostream>
 

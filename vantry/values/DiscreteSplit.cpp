@@ -1,4 +1,4 @@
-#include "vantry/values/DiscreteSplit.h"
+#include "vantry/values/ScoreSplitVar.h"
 
 #include <ostream>
 

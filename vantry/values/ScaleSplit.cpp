@@ -1,4 +1,4 @@
-#include "vantry/values/ScaleSplit.h"
+#include "vantry/values/ScoreSplitVar.h"
 
 #include <cmath>
 #include <ostream>

@@ -1,4 +1,4 @@
-#include "vantry/values/ScoreBinningEncoder.h"
+#include "vantry/values/ScoreEncoder.h"
 
 #include <ostream>
 

@@ -1,4 +1,4 @@
-#include "vantry/values/ScoreCatNumericEncoder.h"
+#include "vantry/values/ScoreEncoder.h"
 
 #include <ostream>
 

@@ -1,4 +1,4 @@
-#include "vantry/values/ScoreCatStringEncoder.h"
+#include "vantry/values/ScoreEncoder.h"
 
 #include <ostream>
 
