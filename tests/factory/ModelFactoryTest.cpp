@@ -1,5 +1,6 @@
 // The stream route end to end: the root tag and the catalogue choose the family, the family's plug-in
 // builds the model, and every refusal comes back as its coded exception.
+#include <cstdlib>
 #include <sstream>
 
 #include "FactoryTestSupport.h"
@@ -100,6 +101,23 @@ TEST_F(ModelFactoryTest, TranslatorAnswersPassThrough) {
               "TreeModel|document|PMML|TreeModel|||count=12");
 }
 
+TEST_F(ModelFactoryTest, PluginWithoutTranslatorGivesNoModel) {
+    ASSERT_EQ(setenv("VANTRY_TEST_NULL_GIVE", "NearestNeighborModel", 1), 0);
+    EXPECT_EQ(ModelOf("<PMML><NearestNeighborModel/></PMML>", {"NearestNeighborModel"}), "null");
+    ASSERT_EQ(setenv("VANTRY_TEST_NULL_GIVE", "TreeModel", 1), 0);
+    EXPECT_EQ(ModelOf("<PMML><TreeModel/></PMML>", {"TreeModel"}), "null");
+    unsetenv("VANTRY_TEST_NULL_GIVE");
+    EXPECT_EQ(ModelOf("<PMML><TreeModel/></PMML>", {"TreeModel"}), "TreeModel|document|PMML|TreeModel||");
+}
+
+TEST_F(ModelFactoryTest, CallsAfterTerminateStartXercesThemselves) {
+    ModelFactory::Initialize("");
+    ModelFactory::Terminate();
+    // fInitialized stays true, but the call does not rely on a stopped parser library.
+    EXPECT_TRUE(ModelFactory::fInitialized);
+    EXPECT_EQ(ModelOf("<Tree/>", {}), "TreeModel|document|Tree|Tree||");
+}
+
 TEST_F(ModelFactoryTest, DocumentsWithoutUsableRootAreRefused) {
     std::string message;
     EXPECT_EQ(CodeOf("", {"TreeModel"}, &message), 260110);
@@ -166,6 +184,11 @@ TEST_F(ModelFactoryTest, FileRouteReadsCatalogueAndDocument) {
     EXPECT_EQ(ModelFactory::fModelNames, (Names{"NearestNeighborModel", "TreeModel"}));
     EXPECT_EQ(Describe(ModelFactory::MakeModelFromXML(knn, catalogue, "CP1252", "/tmp/aux")),
               "NearestNeighborModel|stream|36||/tmp/aux");
+    // Paths are UTF-8.
+    const std::string accented =
+        WriteTempFile("mod\xc3\xa8le.xml", "<PMML><TreeModel modelName=\"u\"/></PMML>");
+    EXPECT_EQ(Describe(ModelFactory::MakeModelFromXML(accented, catalogue, "")),
+              "TreeModel|document|PMML|TreeModel|u|");
 
     std::string message;
     const std::string missing = testing::TempDir() + "route_a_missing.xml";

@@ -6,6 +6,8 @@
 #include "TranslatorTestSupport.h"
 #include "vantry/text/VantryTranscoder.h"
 #include "vantry/translate/BaseTranslator.h"
+#include "vantry/values/DictVar.h"
+#include "vantry/values/ScoreValue.h"
 
 using QXVantry_920::BaseTranslator;
 using QXVantry_920::ScoreModel;
@@ -199,4 +201,53 @@ TEST_F(DOMHelpers, TranscoderDecidesHowTextIsRead) {
     EXPECT_EQ(translator.ParseFromTree(stream, "", ""), nullptr);
     EXPECT_EQ(translator.ParseFromTree(document, none, ""), nullptr);
     EXPECT_EQ(translator.ParseFromTree(root, none, none, ""), nullptr);
+}
+
+using VerifyDateTime = XercesTest;
+
+TEST_F(VerifyDateTime, ReadsTheTextOfTheTypeAsItsNumber) {
+    using QXVantry_920::ScoreDictVar;
+    EXPECT_DOUBLE_EQ(BaseTranslator::VerifyDateTime("2020-01-01", ScoreDictVar::DT_DATE), 18262.0);
+    EXPECT_DOUBLE_EQ(BaseTranslator::VerifyDateTime("2020-01-01T00:00:01", ScoreDictVar::DT_DATETIME),
+                     1577836801.0);
+    EXPECT_DOUBLE_EQ(BaseTranslator::VerifyDateTime(u"01:00:00", ScoreDictVar::DT_TIME), 3600.0);
+    for (auto const& [text, type] :
+         {std::pair<const char*, ScoreDictVar::DateTimeType>{"2020-13-01", ScoreDictVar::DT_DATE},
+          {"25:00:00", ScoreDictVar::DT_TIME},
+          {"soon", ScoreDictVar::DT_DATETIME}}) {
+        const auto failure = FailureOf([&] { BaseTranslator::VerifyDateTime(text, type); });
+        EXPECT_EQ(failure.first, 260151) << text;
+        EXPECT_EQ(failure.second, std::string("The value: '") + text + "' is invalid of type: 'dateTime'.");
+    }
+}
+
+TEST_F(VerifyDateTime, VariableValuesTakeTheVariablesType) {
+    using QXVantry_920::DictVar;
+    using QXVantry_920::ScoreDictVar;
+    using QXVantry_920::ScoreValue;
+    PlainTranslator translator;
+    DictVar text("t", ScoreDictVar::STRING_VAR);
+    DictVar number("n", ScoreDictVar::kNUMERIC_VAR);
+    DictVar date("d", ScoreDictVar::DATETIME_VAR);
+    date.SetDateTimeType(ScoreDictVar::DT_DATE_DAYS_SINCE_1970);
+
+    std::unique_ptr<ScoreValue> value(translator.CarefullyMakeVarValue(&text, " a b "));
+    EXPECT_EQ(ScoreValue::TypeOf(*value), ScoreValue::STRING_VALUE);
+    EXPECT_EQ(ScoreValue::TextOf(*value), " a b ");
+    value.reset(translator.CarefullyMakeVarValue(&number, " 2.5"));
+    EXPECT_EQ(ScoreValue::TypeOf(*value), ScoreValue::NUMERIC_VALUE);
+    EXPECT_DOUBLE_EQ(value->GetDouble(), 2.5);
+    value.reset(translator.CarefullyMakeVarValue(&date, u"10"));
+    EXPECT_EQ(ScoreValue::TypeOf(*value), ScoreValue::DATETIME_VALUE);
+    EXPECT_DOUBLE_EQ(value->GetDouble(), 10.0);
+    translator.CreateTranscoder("UTF-8");
+    value.reset(translator.CarefullyMakeVarValue(&text, u"caf\u00e9"));
+    EXPECT_EQ(ScoreValue::TextOf(*value), "caf\xc3\xa9");
+    EXPECT_EQ(translator.CarefullyMakeVarValue(nullptr, "1"), nullptr);
+
+    // Dates come as numbers here, never as date texts.
+    auto failure = FailureOf([&] { delete translator.CarefullyMakeVarValue(&date, "2020-01-01"); });
+    EXPECT_EQ(failure.second, "The value: '2020-01-01' is invalid of type: 'double'.");
+    failure = FailureOf([&] { delete translator.CarefullyMakeVarValue(&number, "n/a"); });
+    EXPECT_EQ(failure.first, 260151);
 }

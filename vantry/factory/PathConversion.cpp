@@ -1,11 +1,13 @@
 #include "vantry/factory/FactoryInternals.h"
+#include "vantry/text/ExtNameStr.h"
 
 namespace QXVantry_920 {
 
-// The multibyte text layer is not in the build yet: until it is, paths are taken as they come, which
-// is right wherever the code page is UTF-8.
 std::string CodePagePath(std::string const& utf8Path) {
-    return utf8Path;
+    QXXML_920::ExtNameStr name;
+    name.SetU8(utf8Path);
+    std::string const& codePage = name.GetCP();
+    return codePage.empty() ? utf8Path : codePage;
 }
 
 }  // namespace QXVantry_920

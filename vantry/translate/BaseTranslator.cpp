@@ -9,6 +9,7 @@
 #include "vantry/factory/CodedError.h"
 #include "vantry/text/VantryTranscoder.h"
 #include "vantry/translate/XMLText.h"
+#include "vantry/values/DateTimeValue.h"
 #include "vantry/values/ScoreValue.h"
 
 XERCES_CPP_NAMESPACE_USE
@@ -246,6 +247,39 @@ double BaseTranslator::VerifyDouble(std::string const& text) {
 
 double BaseTranslator::VerifyDouble(XMLCh const* text) {
     return VerifyDouble(NarrowText(text));
+}
+
+double BaseTranslator::VerifyDateTime(std::string const& text, ScoreDictVar::DateTimeType type) {
+    if (!DateTimeValue::IsValidDateTime(text, type))
+        ThrowCodedError(260151, text.c_str(), "dateTime");
+    // The text of the type, held as a date, a time or a date-time as the type says.
+    return DateTimeValue(text, type).GetDouble();
+}
+
+double BaseTranslator::VerifyDateTime(XMLCh const* text, ScoreDictVar::DateTimeType type) {
+    return VerifyDateTime(NarrowText(text), type);
+}
+
+ScoreValue* BaseTranslator::CarefullyMakeVarValue(ScoreDictVar const* variable, std::string const& text) {
+    if (variable == nullptr)
+        return nullptr;
+    switch (variable->GetVarType()) {
+        case ScoreDictVar::STRING_VAR:
+            return new StringValue(text);
+        case ScoreDictVar::kNUMERIC_VAR:
+            return new NumericValue(VerifyDouble(text));
+        case ScoreDictVar::DATETIME_VAR:
+            // A date variable's value comes as the number of its type, never as a date text.
+            return new DateTimeValue(VerifyDouble(text), variable->GetDateTimeType());
+    }
+    return nullptr;
+}
+
+ScoreValue* BaseTranslator::CarefullyMakeVarValue(ScoreDictVar const* variable, XMLCh const* text) {
+    if (variable != nullptr && variable->GetVarType() == ScoreDictVar::STRING_VAR) {
+        return new StringValue(ToString(text));
+    }
+    return CarefullyMakeVarValue(variable, NarrowText(text));
 }
 
 void BaseTranslator::CreateTranscoder(std::string const& encoding) {

@@ -4,12 +4,15 @@
 //   TEST_PASS_MODEL_NAMES  also export PassModelNames
 //   TEST_NO_GIVE           export no GiveMyTranslator
 //   TEST_NULL_TRANSLATOR   the translator answers null on every slot
+// and, at run time, GiveMyTranslator answers null while VANTRY_TEST_NULL_GIVE names the family.
 //
 // The model it builds describes, in its version text, what the translator was given:
 //   <family>|document|<root tag>|<model element>|<modelName attribute>|<encoding>[|count=N][|text=T]
 //       [|names=a,b]
 //   <family>|dictionary|...  the same, for the slot with a dictionary
 //   <family>|stream|<bytes read>|<encoding>|<auxiliary path>[|names=...]
+#include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <sstream>
 #include <string>
@@ -124,6 +127,9 @@ class TestTranslator : public BaseTranslator {
 
 #ifndef TEST_NO_GIVE
 VANTRY_PLUGIN_EXPORT BaseTranslator* GiveMyTranslator() {
+    const char* nullFamily = std::getenv("VANTRY_TEST_NULL_GIVE");
+    if (nullFamily != nullptr && std::strcmp(nullFamily, TEST_FAMILY) == 0)
+        return nullptr;
     return new TestTranslator();
 }
 #else
