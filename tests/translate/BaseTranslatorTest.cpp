@@ -6,7 +6,7 @@
 #include "TranslatorTestSupport.h"
 #include "vantry/text/VantryTranscoder.h"
 #include "vantry/translate/BaseTranslator.h"
-#include "vantry/values/DictVar.h"
+#include "vantry/values/ScoreDictVar.h"
 #include "vantry/values/ScoreValue.h"
 
 using QXVantry_920::BaseTranslator;
