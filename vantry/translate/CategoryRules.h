@@ -6,10 +6,12 @@
 #include <memory>
 #include <string>
 
+#include "vantry/values/ScoreDictVar.h"
+#include "vantry/values/ScoreDictionary.h"
+
 namespace QXVantry_920 {
 
 class DiscreteSplit;
-class ScoreDictVar;
 class ScoreValue;
 
 // Gives an ordinal or nominal variable a category encoder, if it has none, and adds its categories to
@@ -39,6 +41,17 @@ void ReplacePart(std::unique_ptr<Part> part, Getter get, Setter set) {
     set(part.release());
     if (old != fresh) {
         delete old;
+    }
+}
+
+// Adds the variable to the dictionary under the name. The dictionary takes it over unless the name is
+// taken already, and then it stays with the caller.
+template <class Variable>
+void AddToDictionary(ScoreDictionary* dictionary, std::string const& name,
+                     std::unique_ptr<Variable>& variable) {
+    dictionary->AddVar(name, variable.get());
+    if (dictionary->GetVar(name) == variable.get()) {
+        variable.release();
     }
 }
 

@@ -134,10 +134,7 @@ ScoreDictionary* PMMLTranslator::ParseDictionary(DOMNode* node, bool encoders) {
         }
         std::unique_ptr<ScoreDictVar> variable = ParseDataField(AsElement(child), dictionary.get(), encoders);
         ++fieldCount;
-        std::string const name = variable->GetName();
-        if (dictionary->AddVar(name, variable.get())) {
-            variable.release();
-        }
+        AddToDictionary(dictionary.get(), variable->GetName(), variable);
     }
 
     XMLCh const* declared = GetAttributeForced(AsElement(node), "numberOfFields");
