@@ -38,7 +38,6 @@ class OpenPMMLTranslator : public QXVantry_920::PMMLTranslator {
     using PMMLTranslator::HandleNodeScaleSplit;
     using PMMLTranslator::HandleOrdinalVariable;
     using PMMLTranslator::IsValidScoreValue;
-    using PMMLTranslator::ParseDateTimeType;
     using PMMLTranslator::PMMLTranslator;
     using PMMLTranslator::Remove;
 };

@@ -232,28 +232,6 @@ TEST_F(PMMLDictionaryTest, IntervalsStoreTheirComplement) {
     EXPECT_FALSE(Missing(c, 0));
 }
 
-TEST_F(PMMLDictionaryTest, DateTimeTypesByName) {
-    translator->CreateTranscoder("UTF-8");
-    char16_t const* const names[] = {u"date",
-                                     u"time",
-                                     u"dateTime",
-                                     u"dateDaysSince[0]",
-                                     u"dateDaysSince[1960]",
-                                     u"dateDaysSince[1970]",
-                                     u"dateDaysSince[1980]",
-                                     u"timeSeconds",
-                                     u"dateTimeSecondsSince[0]",
-                                     u"dateTimeSecondsSince[1960]",
-                                     u"dateTimeSecondsSince[1970]",
-                                     u"dateTimeSecondsSince[1980]"};
-    int expected = 1;
-    for (char16_t const* name : names) {
-        EXPECT_EQ(translator->ParseDateTimeType(name), expected++);
-    }
-    EXPECT_EQ(translator->ParseDateTimeType(u"Date"), 0);
-    EXPECT_EQ(translator->ParseDateTimeType(u""), 0);
-}
-
 TEST_F(PMMLDictionaryTest, OrdinalLookupsAndBands) {
     auto dictionary = Dictionary(
         Dict(Field("name=\"o\" optype=\"ordinal\" dataType=\"string\"",
