@@ -3,13 +3,20 @@
 // ParseFromTree slot: a plug-in overrides the slots its family supports.
 #pragma once
 
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "vantry/Export.h"
 #include "vantry/translate/BaseTranslator.h"
 #include "vantry/values/ScoreDictVar.h"
 
 namespace QXVantry_920 {
+
+class DiscreteSplit;
+class ScaleSplit;
+class ScoreDictionary;
+class ScoreMissingValueSet;
 
 class VANTRY_EXPORT PMMLTranslator : public BaseTranslator {
   public:
@@ -42,6 +49,58 @@ class VANTRY_EXPORT PMMLTranslator : public BaseTranslator {
     std::string fEncoding;
     // Kept for subclasses of other libraries; nothing here reads it.
     double fPMMLLevel;
+
+    // Readers of the data dictionary, the result dictionary and targets, and of splits and arrays
+    // (PMMLDictionary.cpp, PMMLResultDictionary.cpp, PMMLSplits.cpp).
+  public:
+    // The "DataDictionary" as a new dictionary that the caller owns; with `encoders`, every string
+    // variable gets its category encoder.
+    ScoreDictionary* ParseDictionary(XERCES_CPP_NAMESPACE::DOMNode* node, bool encoders);
+    bool SetupCatEncoder(ScoreDictVar* variable);
+    // The "ResultField" elements under the node as a new dictionary of ResultVar; null when none.
+    ScoreDictionary* ParseResultDictionary(XERCES_CPP_NAMESPACE::DOMNode* node);
+    // Applies the "Targets" to the dictionary's variables; false, and no exception, on a bad target.
+    bool HandleTargets(XERCES_CPP_NAMESPACE::DOMElement* targets, ScoreDictionary* dictionary);
+    std::vector<std::string> ParseStrArray(XERCES_CPP_NAMESPACE::DOMElement* element);
+    std::vector<int> VerifyIntArray(XERCES_CPP_NAMESPACE::DOMElement* element, int size);
+    std::vector<double> VerifyDoubleArray(XERCES_CPP_NAMESPACE::DOMElement* element, int size);
+
+  protected:
+    void ParseUsageTypeExtension(XERCES_CPP_NAMESPACE::DOMElement* extension, ScoreDictVar* variable);
+    ScoreDictVar::DateTimeType ParseDateTimeType(XMLCh const* text);
+    static void handleInterval(ScoreDictVar* variable, XERCES_CPP_NAMESPACE::DOMNode* interval,
+                               ScoreMissingValueSet* missingValues, int count);
+    static void handleTreeInterval(XERCES_CPP_NAMESPACE::DOMNode* interval,
+                                   ScoreMissingValueSet* missingValues);
+    bool HandleKROMMissingInterval(ScoreMissingValueSet* missingValues, int mask, double lower, double upper);
+    bool IsValidScoreValue(ScoreDictVar const* variable, std::string const& text);
+    int GetIndexOfOrdinalValue(std::string const& text, ScoreDictVar const* variable);
+    int HandleOrdinalVariable(XERCES_CPP_NAMESPACE::DOMElement* element, ScoreDictVar const* variable,
+                              int& low, int& high);
+    ScaleSplit* HandleNodeScaleSplit(XERCES_CPP_NAMESPACE::DOMNode* node, ScoreDictVar const* variable,
+                                     std::string& op, bool& isMissing, std::string& value);
+    DiscreteSplit* HandleNodeDiscreteSplit(XERCES_CPP_NAMESPACE::DOMNode* node, ScoreDictVar const* variable,
+                                           std::string& op, bool& isMissing, std::string& value);
+    DiscreteSplit* HandleArrayDiscreteSplit(XERCES_CPP_NAMESPACE::DOMNode* node, ScoreDictVar const* variable,
+                                            std::string& op, std::vector<double>& numbers);
+    void GetScaleSplitValue(XMLCh const* value, XMLCh const* op, double& lower, double& upper,
+                            bool& inclusive);
+    void SetDiscreteSplitValue(ScoreDictVar const* variable, DiscreteSplit* split, XMLCh const* text,
+                               int child);
+    XERCES_CPP_NAMESPACE::DOMNode* GetArrayNode(XERCES_CPP_NAMESPACE::DOMNode* node);
+    std::vector<std::string> GetArrayElements(XERCES_CPP_NAMESPACE::DOMNode* array, XMLCh const* type,
+                                              ScoreDictVar const* variable);
+    std::vector<std::string> Remove(ScoreDictVar const* variable, std::vector<std::string> list);
+
+  private:
+    std::unique_ptr<ScoreDictVar> ParseDataField(XERCES_CPP_NAMESPACE::DOMElement* field,
+                                                 ScoreDictionary* dictionary, bool encoders);
+    void ParseCategoricalValues(XERCES_CPP_NAMESPACE::DOMElement* field, ScoreDictVar* variable,
+                                bool typeDeclared);
+    void ParseContinuousValues(XERCES_CPP_NAMESPACE::DOMElement* field, ScoreDictVar* variable,
+                               bool typeDeclared);
+    void HandleTarget(XERCES_CPP_NAMESPACE::DOMElement* target, ScoreDictionary* dictionary);
+    void HandleCategoricalTarget(XERCES_CPP_NAMESPACE::DOMElement* target, ScoreDictVar* variable);
 };
 
 }  // namespace QXVantry_920

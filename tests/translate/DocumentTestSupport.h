@@ -1,0 +1,77 @@
+// Helpers of the document reader tests: fixture files, a translator whose readers are open to the test,
+// and failures compared by code and message.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "TranslatorTestSupport.h"
+#include "vantry/translate/PMMLTranslator.h"
+#include "vantry/values/ScoreDictionary.h"
+
+namespace vantry_test {
+
+// A file of tests/fixtures: from VANTRY_FIXTURES when set, otherwise beside this source's folder.
+inline std::string ReadFixture(std::string const& name) {
+    char const* dir = std::getenv("VANTRY_FIXTURES");
+    std::filesystem::path const folder =
+        dir != nullptr ? std::filesystem::path(dir)
+                       : std::filesystem::path(__FILE__).parent_path().parent_path() / "fixtures";
+    std::ifstream in(folder / name);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// Opens the protected readers of the PMML translator.
+class OpenPMMLTranslator : public QXVantry_920::PMMLTranslator {
+  public:
+    using PMMLTranslator::GetArrayElements;
+    using PMMLTranslator::GetIndexOfOrdinalValue;
+    using PMMLTranslator::GetScaleSplitValue;
+    using PMMLTranslator::HandleArrayDiscreteSplit;
+    using PMMLTranslator::HandleNodeDiscreteSplit;
+    using PMMLTranslator::HandleNodeScaleSplit;
+    using PMMLTranslator::HandleOrdinalVariable;
+    using PMMLTranslator::IsValidScoreValue;
+    using PMMLTranslator::PMMLTranslator;
+    using PMMLTranslator::Remove;
+};
+
+// A test with Xerces-C started and a UTF-8 translator that goes before Xerces-C stops.
+class DocumentTest : public XercesTest {
+  protected:
+    void SetUp() override {
+        XercesTest::SetUp();
+        translator = std::make_unique<OpenPMMLTranslator>("UTF-8");
+    }
+    void TearDown() override {
+        translator.reset();
+        XercesTest::TearDown();
+    }
+
+    XERCES_CPP_NAMESPACE::DOMElement* Root(std::string const& xml) {
+        return Parse(xml)->getDocumentElement();
+    }
+
+    // The data dictionary of an XML text, read without encoders unless asked.
+    std::unique_ptr<QXVantry_920::ScoreDictionary> Dictionary(std::string const& xml, bool encoders = false) {
+        return std::unique_ptr<QXVantry_920::ScoreDictionary>(
+            translator->ParseDictionary(Root(xml), encoders));
+    }
+
+    std::unique_ptr<OpenPMMLTranslator> translator;
+};
+
+// "code: message" of a call's VTException, "none" when it throws none.
+template <typename Call>
+std::string Refusal(Call call) {
+    std::pair<int, std::string> const failure = FailureOf(call);
+    return failure.first == 0 ? "none" : std::to_string(failure.first) + ": " + failure.second;
+}
+
+}  // namespace vantry_test

@@ -1,0 +1,43 @@
+// Small pieces shared by the document readers: coded failures with any number of arguments, document
+// text through a translator's transcoder, and element tests. Internal to the library.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+
+#include <xercesc/util/XercesDefs.hpp>
+
+XERCES_CPP_NAMESPACE_BEGIN
+class DOMElement;
+class DOMNode;
+XERCES_CPP_NAMESPACE_END
+
+namespace QXVantry_920 {
+
+class VantryTranscoder;
+class VTException;
+
+// Throws a VTException of the code with these arguments, in order.
+[[noreturn]] void ThrowDocumentError(int code, std::initializer_list<std::string> arguments = {});
+
+// Adds a further message of the code with these arguments to a copy of the exception, and throws it.
+[[noreturn]] void RethrowWithMessage(VTException const& caught, int code,
+                                     std::initializer_list<std::string> arguments);
+
+// Document text as a narrow string: through the transcoder when there is one, otherwise by the
+// parser's default transcoding. Null gives the empty string.
+std::string TranscodeText(VantryTranscoder* transcoder, XMLCh const* text);
+
+// The node as an element, or null when it is not one.
+XERCES_CPP_NAMESPACE::DOMElement* AsElement(XERCES_CPP_NAMESPACE::DOMNode* node);
+
+// Whether the node's name is exactly the tag.
+bool HasName(XERCES_CPP_NAMESPACE::DOMNode const* node, char const* tag);
+
+// The node's name by the parser's default transcoding; empty for null.
+std::string NameOf(XERCES_CPP_NAMESPACE::DOMNode const* node);
+
+// Whether a UTF-16 text is empty; null counts as empty.
+bool IsEmptyText(XMLCh const* text);
+
+}  // namespace QXVantry_920
