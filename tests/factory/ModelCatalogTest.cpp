@@ -67,17 +67,16 @@ TEST_F(ModelCatalogTest, OverlongLineEndsTheCatalogue) {
     EXPECT_EQ(Read(std::string(32762, ' ') + "ABCD\nX\n"), (Names{"ABCD", "X"}));
 }
 
-TEST_F(ModelCatalogTest, InitializeWithoutPathReadsNothing) {
+TEST_F(ModelCatalogTest, InitializeReadsOnlyAGivenCatalogue) {
+    // Without a path nothing is read, not even the default file.
     ModelFactory::fModelNames = {"Kept"};
     ModelFactory::fInitialized = false;
     ModelFactory::Initialize("");
     ModelFactory::Terminate();
     EXPECT_EQ(ModelFactory::fModelNames, (Names{"Kept"}));
     EXPECT_TRUE(ModelFactory::fInitialized);
-}
 
-TEST_F(ModelCatalogTest, MissingCatalogueFailsInitialize) {
-    ModelFactory::fModelNames = {"Kept"};
+    // A catalogue that cannot be opened leaves the factory uninitialised and the names as they were.
     ModelFactory::fInitialized = false;
     const std::string missing = testing::TempDir() + "missing_catalogue.txt";
     std::string message;

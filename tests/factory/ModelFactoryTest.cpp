@@ -72,12 +72,10 @@ TEST_F(ModelFactoryTest, RootTagSelectsTheDispatch) {
     EXPECT_EQ(message, "Unsupported model: 'p:PMML'.");
 }
 
-TEST_F(ModelFactoryTest, AssociationModelLatticeIsServedByTheAssociationModelPlugin) {
+TEST_F(ModelFactoryTest, PluginIsFoundByModelNameAndFailuresNameTheModel) {
+    // One library serves both association elements.
     EXPECT_EQ(ModelOf("<PMML><AssociationModelLattice/></PMML>", {"AssociationModelLattice"}),
               "AssociationModel|document|PMML|PMML||");
-}
-
-TEST_F(ModelFactoryTest, PluginFailuresNameTheModel) {
     std::string message;
     // No library of that name.
     EXPECT_EQ(CodeOf("<PMML><SupportVectorMachineModel/></PMML>", {"SupportVectorMachineModel"}, &message),
@@ -99,9 +97,8 @@ TEST_F(ModelFactoryTest, TranslatorAnswersPassThrough) {
     EXPECT_EQ(message, "The value: '12x' is invalid of type: 'integer'.");
     EXPECT_EQ(ModelOf("<PMML><TreeModel count=\"+12\"/></PMML>", {"TreeModel"}),
               "TreeModel|document|PMML|TreeModel|||count=12");
-}
 
-TEST_F(ModelFactoryTest, PluginWithoutTranslatorGivesNoModel) {
+    // A plug-in that gives no translator gives no model either, on both plug-in paths.
     ASSERT_EQ(setenv("VANTRY_TEST_NULL_GIVE", "NearestNeighborModel", 1), 0);
     EXPECT_EQ(ModelOf("<PMML><NearestNeighborModel/></PMML>", {"NearestNeighborModel"}), "null");
     ASSERT_EQ(setenv("VANTRY_TEST_NULL_GIVE", "TreeModel", 1), 0);

@@ -19,6 +19,7 @@
 #include "vantry/factory/QXXInputSource.h"
 #include "vantry/factory/ScoreSAX2Handlers.h"
 #include "vantry/translate/BaseTranslator.h"
+#include "vantry/translate/PMMLModelTags.h"
 #include "vantry/translate/XMLText.h"
 
 XERCES_CPP_NAMESPACE_USE
@@ -32,7 +33,6 @@ std::recursive_mutex gModelFactoryLock;
 namespace {
 
 constexpr char kMakeModelFromXMLName[] = "QXVantry_920::ModelFactory::MakeModelFromXML";
-constexpr char kNearestNeighborModel[] = "NearestNeighborModel";
 
 void TraceEnter(char const* function) {
     ScoringLog::GetInstance()->TraceText(1, "Enter:%s", function);
@@ -221,7 +221,7 @@ ScoreModel* ModelFactory::MakeModelFromXML(std::istream& stream, std::vector<std
     XercesInitGuard guard;
     AdoptModelNames(modelNames);
 
-    const bool nearestNeighbor = ScanForElement(kNearestNeighborModel, stream);
+    const bool nearestNeighbor = ScanForElement(PMMLModelTags::XML_ELE_KNNMODEL, stream);
     if (!stream.bad()) {
         stream.clear();
         stream.seekg(0);
@@ -229,7 +229,8 @@ ScoreModel* ModelFactory::MakeModelFromXML(std::istream& stream, std::vector<std
     if (nearestNeighbor) {
         // That translator reads the stream itself: no DOM is built.
         ScoreModel* model = nullptr;
-        std::unique_ptr<ScoreTranslator> translator(GetTranslatorByName(modelNames, kNearestNeighborModel));
+        std::unique_ptr<ScoreTranslator> translator(
+            GetTranslatorByName(modelNames, PMMLModelTags::XML_ELE_KNNMODEL));
         if (auto* base = dynamic_cast<BaseTranslator*>(translator.get())) {
             model = base->ParseFromTree(stream, std::string(), auxiliaryPath);
         }

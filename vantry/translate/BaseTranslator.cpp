@@ -283,7 +283,8 @@ ScoreValue* BaseTranslator::CarefullyMakeVarValue(ScoreDictVar const* variable, 
 }
 
 void BaseTranslator::CreateTranscoder(std::string const& encoding) {
-    delete fTranscoder;
+    // A transcoder held before is not freed: a DOMElemUtility or a plug-in's reader that was given it
+    // may still use it.
     fTranscoder = new VantryTranscoder(encoding.empty() ? std::string(kDefaultEncoding) : encoding);
 }
 

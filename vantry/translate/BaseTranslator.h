@@ -97,7 +97,8 @@ class VANTRY_EXPORT BaseTranslator : public ScoreTranslator {
     static double VerifyDateTime(std::string const& text, ScoreDictVar::DateTimeType type);
     static double VerifyDateTime(XMLCh const* text, ScoreDictVar::DateTimeType type);
 
-    // A transcoder for the encoding, "CP1252" for an empty name; replaces (and frees) one held before.
+    // A transcoder for the encoding, "CP1252" for an empty name. One held before is replaced but not
+    // freed, since objects given it may still use it: a subclass that calls this twice frees the old one.
     void CreateTranscoder(std::string const& encoding);
     // A new value of the variable's type from a text, owned by the caller; null for an unknown type.
     // Numbers and dates must be numeric text: 260151 with "double" otherwise.
