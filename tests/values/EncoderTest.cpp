@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -98,7 +99,11 @@ TEST(ScoreCatNumericEncoder, CodesInOrderOfFirstSightWithoutTolerance) {
     EXPECT_EQ(encoder.DecodeNum(-1), kSysmis);
     EXPECT_EQ(encoder.Decode(0), "");
 
+    // Unknown numbers, and a NaN, which equals nothing, get -1 and add no category.
+    double const nan = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(encoder.EncodeConst(7.0), -1);
+    EXPECT_EQ(encoder.EncodeConst(nan), -1);
+    EXPECT_EQ(encoder.Encode(nan), -1);
     EXPECT_EQ(encoder.GetNumberOfCategories(), 2);
 
     EXPECT_NE(encoder.Encode(0.1 + 0.2), encoder.Encode(0.3));
