@@ -150,7 +150,7 @@ TEST(ScoreCatNumericEncoder, LabelsGrowToTheCategoriesAndAreNotCopied) {
         "\tScoreCatNumericEncoder: Last code = 7\n\t\tNumeric values of categories: 1 2 3 4 5 6 7 \n8 \n");
 }
 
-TEST(ScoreCatStringEncoder, TrailingSpacesAndBlankTextsNormalise) {
+TEST(ScoreCatStringEncoder, TextsAreLookedUpByTheirNormalisedKey) {
     ScoreCatStringEncoder encoder(2);
     EXPECT_EQ(encoder.GetEncoderType(), ScoreEncoder::CAT_STRING_ENCODER);
     EXPECT_EQ(encoder.Encode(std::string("a")), 0);
@@ -184,16 +184,15 @@ TEST(ScoreCatStringEncoder, TrailingSpacesAndBlankTextsNormalise) {
     EXPECT_EQ(encoder.Encode(&number), 4);
     EXPECT_EQ(encoder.Decode(4), "2.5");
     EXPECT_EQ(encoder.DecodeNum(0), kSysmis);
-}
 
-TEST(ScoreCatStringEncoder, NoSpaceTrimKeepsTextsAsTheyAre) {
-    ScoreCatStringEncoder encoder(2);
-    encoder.SetNoSpaceTrim(true);
-    EXPECT_EQ(encoder.Encode(std::string("a")), 0);
-    EXPECT_EQ(encoder.Encode(std::string("a ")), 1);
-    EXPECT_EQ(encoder.EncodeConst(std::string("a  ")), -1);
-    EXPECT_EQ(encoder.EncodeConst(std::string("a ")), 1);  // an exact match always counts
-    EXPECT_EQ(encoder.Decode(1), "a ");
+    // With no space trim texts stay as they are, but an exact match always counts.
+    ScoreCatStringEncoder exact(2);
+    exact.SetNoSpaceTrim(true);
+    EXPECT_EQ(exact.Encode(std::string("a")), 0);
+    EXPECT_EQ(exact.Encode(std::string("a ")), 1);
+    EXPECT_EQ(exact.EncodeConst(std::string("a  ")), -1);
+    EXPECT_EQ(exact.EncodeConst(std::string("a ")), 1);
+    EXPECT_EQ(exact.Decode(1), "a ");
 }
 
 TEST(ScoreCatStringEncoder, CopiesRebuildLinksAndKeepOwnFlags) {
