@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "vantry/values/DateTimeValue.h"
 #include "vantry/values/ScoreEncoder.h"
 #include "vantry/values/ScoreValue.h"
 
@@ -50,6 +51,8 @@ TEST(ScoreBinningEncoder, ValueFormsRefuseAllButNumbers) {
     EXPECT_EQ(encoder.Encode(&number), 2);
     EXPECT_EQ(encoder.EncodeConst(&number), 2);
     EXPECT_EQ(encoder.Encode(&text), -1);
+    DateTimeValue date(2.5, DateTimeValue::TIME_VAL);  // a kind of number, and still refused
+    EXPECT_EQ(encoder.EncodeConst(&date), -1);
     EXPECT_EQ(encoder.EncodeConst(static_cast<ScoreValue const*>(nullptr)), -1);
     // The string forms read a number and refuse nothing: empty is missing, a word is 0.0.
     EXPECT_EQ(encoder.Encode(std::string("2.5")), 2);
