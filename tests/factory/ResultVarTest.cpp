@@ -4,7 +4,6 @@
 #include <string>
 
 #include "vantry/factory/ResultVar.h"
-#include "vantry/values/ScoreValue.h"
 
 using namespace QXVantry_920;
 
@@ -12,15 +11,12 @@ TEST(ResultVar, CloneKeepsFeatureAndVariable) {
     ResultVar var("p", ScoreDictVar::STRING_VAR);
     EXPECT_EQ(var.GetFeature(), ScoreResultField::kFeatureNone);
     var.SetFeature(ScoreResultField::kProbability);
-    var.SetDefValue(new StringValue("x"));
 
     std::unique_ptr<ScoreDictVar> clone(var.Clone());
     auto* copy = dynamic_cast<ResultVar*>(clone.get());
     ASSERT_NE(copy, nullptr);
     EXPECT_EQ(copy->GetFeature(), ScoreResultField::kProbability);
     EXPECT_EQ(copy->GetVarType(), ScoreDictVar::STRING_VAR);
-    ASSERT_NE(copy->GetDefValue(), nullptr);
-    EXPECT_NE(copy->GetDefValue(), var.GetDefValue());
 
     ResultVar assigned("q", ScoreDictVar::kNUMERIC_VAR);
     assigned = var;

@@ -137,9 +137,7 @@ TEST(CaseRecord, CopiesCloneEveryValue) {
 
     CaseRecord assigned;
     assigned.Add("other", new NumericValue(9.0));
-    assigned.Add("more", new NumericValue(9.0));
-    assigned.Add("still", new NumericValue(9.0));
-    assigned.Add("more2", new NumericValue(9.0));
+    assigned.Add("more", new StringValue("9"));
     assigned = source;
     EXPECT_EQ(assigned.Size(), 3);
     EXPECT_EQ(assigned.GetIndex("other"), -1);

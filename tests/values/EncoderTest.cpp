@@ -5,11 +5,13 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "vantry/values/DateTimeValue.h"
 #include "vantry/values/ScoreEncoder.h"
 #include "vantry/values/ScoreValue.h"
 
@@ -49,6 +51,8 @@ TEST(ScoreBinningEncoder, ValueFormsRefuseAllButNumbers) {
     EXPECT_EQ(encoder.Encode(&number), 2);
     EXPECT_EQ(encoder.EncodeConst(&number), 2);
     EXPECT_EQ(encoder.Encode(&text), -1);
+    DateTimeValue date(2.5, DateTimeValue::TIME_VAL);  // a kind of number, and still refused
+    EXPECT_EQ(encoder.EncodeConst(&date), -1);
     EXPECT_EQ(encoder.EncodeConst(static_cast<ScoreValue const*>(nullptr)), -1);
     // The string forms read a number and refuse nothing: empty is missing, a word is 0.0.
     EXPECT_EQ(encoder.Encode(std::string("2.5")), 2);
@@ -98,7 +102,11 @@ TEST(ScoreCatNumericEncoder, CodesInOrderOfFirstSightWithoutTolerance) {
     EXPECT_EQ(encoder.DecodeNum(-1), kSysmis);
     EXPECT_EQ(encoder.Decode(0), "");
 
+    // Unknown numbers, and a NaN, which equals nothing, get -1 and add no category.
+    double const nan = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(encoder.EncodeConst(7.0), -1);
+    EXPECT_EQ(encoder.EncodeConst(nan), -1);
+    EXPECT_EQ(encoder.Encode(nan), -1);
     EXPECT_EQ(encoder.GetNumberOfCategories(), 2);
 
     EXPECT_NE(encoder.Encode(0.1 + 0.2), encoder.Encode(0.3));
@@ -145,7 +153,7 @@ TEST(ScoreCatNumericEncoder, LabelsGrowToTheCategoriesAndAreNotCopied) {
         "\tScoreCatNumericEncoder: Last code = 7\n\t\tNumeric values of categories: 1 2 3 4 5 6 7 \n8 \n");
 }
 
-TEST(ScoreCatStringEncoder, TrailingSpacesAndBlankTextsNormalise) {
+TEST(ScoreCatStringEncoder, TextsAreLookedUpByTheirNormalisedKey) {
     ScoreCatStringEncoder encoder(2);
     EXPECT_EQ(encoder.GetEncoderType(), ScoreEncoder::CAT_STRING_ENCODER);
     EXPECT_EQ(encoder.Encode(std::string("a")), 0);
@@ -179,16 +187,15 @@ TEST(ScoreCatStringEncoder, TrailingSpacesAndBlankTextsNormalise) {
     EXPECT_EQ(encoder.Encode(&number), 4);
     EXPECT_EQ(encoder.Decode(4), "2.5");
     EXPECT_EQ(encoder.DecodeNum(0), kSysmis);
-}
 
-TEST(ScoreCatStringEncoder, NoSpaceTrimKeepsTextsAsTheyAre) {
-    ScoreCatStringEncoder encoder(2);
-    encoder.SetNoSpaceTrim(true);
-    EXPECT_EQ(encoder.Encode(std::string("a")), 0);
-    EXPECT_EQ(encoder.Encode(std::string("a ")), 1);
-    EXPECT_EQ(encoder.EncodeConst(std::string("a  ")), -1);
-    EXPECT_EQ(encoder.EncodeConst(std::string("a ")), 1);  // an exact match always counts
-    EXPECT_EQ(encoder.Decode(1), "a ");
+    // With no space trim texts stay as they are, but an exact match always counts.
+    ScoreCatStringEncoder exact(2);
+    exact.SetNoSpaceTrim(true);
+    EXPECT_EQ(exact.Encode(std::string("a")), 0);
+    EXPECT_EQ(exact.Encode(std::string("a ")), 1);
+    EXPECT_EQ(exact.EncodeConst(std::string("a  ")), -1);
+    EXPECT_EQ(exact.EncodeConst(std::string("a ")), 1);
+    EXPECT_EQ(exact.Decode(1), "a ");
 }
 
 TEST(ScoreCatStringEncoder, CopiesRebuildLinksAndKeepOwnFlags) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -39,6 +40,7 @@ TEST(DiscreteSplit, NumbersAndValuesRouteThroughSeparateTables) {
     split.PutSplit(new NumericValue(7.0), 1);
     EXPECT_EQ(split.GetSplitChildIndex(1.5), 2);
     EXPECT_EQ(split.GetSplitChildIndex(7.0), -1);  // values are not in the number map
+    EXPECT_EQ(split.GetSplitChildIndex(std::numeric_limits<double>::quiet_NaN()), -1);
     EXPECT_EQ(split.GetSplitChildIndex(-1.0), 4);  // negative on a nominal variable is missing
     NumericValue seven(7.0), onePointFive(1.5);
     EXPECT_EQ(split.GetSplitChildIndex(&seven), 1);

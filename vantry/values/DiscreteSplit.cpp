@@ -1,5 +1,6 @@
 #include "vantry/values/ScoreSplitVar.h"
 
+#include <cmath>
 #include <ostream>
 
 #include "vantry/values/ScoreValue.h"
@@ -36,6 +37,9 @@ ScoreSplitVar::SplitVarType DiscreteSplit::GetSplitVarType() {
 int DiscreteSplit::GetSplitChildIndex(double x) const {
     if (x < 0.0 && GetSplitMLevel() == ScoreDictVar::MEASURE_NOMINAL) {
         return fMissvalMap;
+    }
+    if (std::isnan(x)) {
+        return -1;  // equal to no number of the map, and not comparable with its keys
     }
     auto found = fNumberMap.find(x);
     return found == fNumberMap.end() ? -1 : found->second;
@@ -76,7 +80,9 @@ void DiscreteSplit::Display(std::ostream& out) const {
 }
 
 void DiscreteSplit::PutSplit(double x, int childIndex) {
-    fNumberMap.emplace(x, childIndex);
+    if (!std::isnan(x)) {  // no number would ever find it
+        fNumberMap.emplace(x, childIndex);
+    }
 }
 
 void DiscreteSplit::PutSplit(ScoreValue* value, int childIndex) {

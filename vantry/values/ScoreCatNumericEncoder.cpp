@@ -1,5 +1,6 @@
 #include "vantry/values/ScoreEncoder.h"
 
+#include <cmath>
 #include <ostream>
 
 #include "vantry/values/EncoderLabels.h"
@@ -57,7 +58,12 @@ int ScoreCatNumericEncoder::EncodeConst(std::string const& text) const {
     return EncodeConst(NumericValue(text).GetDouble());
 }
 
+// A NaN equals nothing, itself included, so it can be no category; an ordered map could not hold it
+// either, since it compares neither below nor above any key.
 int ScoreCatNumericEncoder::Encode(double x) {
+    if (std::isnan(x)) {
+        return -1;
+    }
     auto [entry, inserted] = fCodes.try_emplace(x, fLastCode + 1);
     if (inserted) {
         ++fLastCode;
@@ -67,6 +73,9 @@ int ScoreCatNumericEncoder::Encode(double x) {
 }
 
 int ScoreCatNumericEncoder::EncodeConst(double x) const {
+    if (std::isnan(x)) {
+        return -1;
+    }
     auto found = fCodes.find(x);
     return found == fCodes.end() ? -1 : found->second;
 }

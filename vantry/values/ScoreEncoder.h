@@ -81,7 +81,8 @@ class VANTRY_EXPORT ScoreBinningEncoder : public ScoreEncoder {
     std::vector<double> fCutpoints;
 };
 
-// Codes numeric categories, numbered in order of first sight. Numbers match exactly, with no tolerance.
+// Codes numeric categories, numbered in order of first sight. Numbers match exactly, with no tolerance;
+// a NaN matches nothing and is given no code (-1).
 class VANTRY_EXPORT ScoreCatNumericEncoder : public ScoreEncoder {
   public:
     // Reserves room for that many categories.

@@ -83,7 +83,7 @@ class VANTRY_EXPORT DiscreteSplit : public ScoreSplitVar {
     int GetSplitChildIndex(ScoreValue const* value) const override;
     void Display(std::ostream& out) const override;
 
-    // The first child given for a number stays.
+    // The first child given for a number stays. A NaN is not entered: no look-up could match it.
     void PutSplit(double x, int childIndex);
     // Takes the value over; repeats are not looked for, and a null value is ignored.
     void PutSplit(ScoreValue* value, int childIndex);
