@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 
+#include "vantry/values/DateTimeValue.h"
 #include "vantry/values/ScoreValue.h"
 
 using namespace QXVantry_920;
@@ -65,10 +66,11 @@ TEST(NumericValue, FromStringReadsLeadingNumberInClassicLocale) {
         EXPECT_EQ(Bits(NumericValue(std::string(row.text)).GetDouble()), Bits(row.expected)) << row.text;
     }
 
-    // The global locale does not change how numbers are read or written.
+    // Numbers are read in the classic locale, but written by a fresh stream in the global one.
     std::locale const previous = std::locale::global(std::locale(std::locale::classic(), new CommaPoint));
     EXPECT_EQ(NumericValue(std::string("1.5")).GetDouble(), 1.5);
-    EXPECT_EQ(NumericValue(2.5).GetString(), "2.5");
+    EXPECT_EQ(NumericValue(2.5).GetString(), "2,5");
+    EXPECT_EQ(DateTimeValue(1.5, DateTimeValue::TIME_VAL).GetNumericString(), "1,500000");
     std::locale::global(previous);
 }
 
@@ -251,6 +253,12 @@ TEST(StringValue, EqualityTrimsTrailingSpacesOnly) {
                      {"a\t", "a", false}},
                     [](StringValue const& a, StringValue const& b) { return a == b; });
     EXPECT_FALSE(StringValue("5") == NumericValue(5.0));
+    // A string kind other than StringValue itself is read through its GetString.
+    struct DerivedText : StringValue {
+        using StringValue::StringValue;
+    };
+    EXPECT_TRUE(StringValue("abc") == DerivedText("abc  "));
+    EXPECT_TRUE(StringValue("abc") < DerivedText("abd"));
 }
 
 TEST(StringValue, StrictOrderTreatsBlankRightOperandAsBelowAndAbove) {
