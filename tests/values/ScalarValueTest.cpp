@@ -29,7 +29,6 @@ std::uint64_t Bits(double d) {
 // Opens the protected constants to the tests.
 struct OpenNumeric : NumericValue {
     static double Epsilon() { return fEpsilon; }
-    static double Sysmis() { return gSysmisValue; }
 };
 
 struct CommaPoint : std::numpunct<char> {
@@ -39,7 +38,6 @@ struct CommaPoint : std::numpunct<char> {
 }  // namespace
 
 TEST(NumericValue, ConstantsHoldTheirBitPatterns) {
-    EXPECT_EQ(Bits(OpenNumeric::Sysmis()), 0xFFEFFFFFFFFFFFFFull);
     EXPECT_EQ(Bits(NumericValue::GetSysmisValue()), 0xFFEFFFFFFFFFFFFFull);
     EXPECT_EQ(Bits(NumericValue::GetInfinity()), 0x7FF0000000000000ull);
     EXPECT_EQ(Bits(OpenNumeric::Epsilon()), 0x3D190002EA46883Aull);
@@ -79,8 +77,6 @@ TEST(NumericValue, GetStringAndGetInt) {
     EXPECT_EQ(NumericValue(-kInf).GetString(), "Undefined");
     EXPECT_FALSE(NumericValue(-kInf).IsSystemMissingValue());
     EXPECT_EQ(NumericValue(1234567.0).GetString(), "1.23457e+06");
-    EXPECT_EQ(NumericValue(0.1).GetString(), "0.1");
-    EXPECT_EQ(NumericValue(-5.0).GetString(), "-5");
     EXPECT_EQ(NumericValue(kInf).GetString(), "inf");
 
     struct Row {
@@ -103,21 +99,6 @@ TEST(NumericValue, GetStringAndGetInt) {
     }
 }
 
-TEST(NumericValue, IsEqualIsRelative) {
-    struct Row {
-        double a, b;
-        bool expected;
-    } const rows[] = {
-        {0.0, 0.0, true},          {0.0, -0.0, true},        {0.0, 1e-300, false},
-        {1e-300, 0.0, false},      {kSysmis, kSysmis, true}, {kSysmis, -1e308, false},
-        {-1e308, kSysmis, false},  {1e6, 1e6 + 1e-9, true},  {1e-15, 3e-15, false},
-        {1.0, 1.0 + 1e-13, false}, {kInf, kInf, false},
-    };
-    for (Row const& row : rows) {
-        EXPECT_EQ(NumericValue::IsEqual(row.a, row.b), row.expected) << row.a << " vs " << row.b;
-    }
-}
-
 TEST(NumericValue, OperatorsMixRelativeEqualityWithAbsoluteOrder) {
     struct Row {
         double a, b;
@@ -130,13 +111,20 @@ TEST(NumericValue, OperatorsMixRelativeEqualityWithAbsoluteOrder) {
         {1e6, 1e6 + 1e-9, true, false, true, false, true},
         // Unequal under ==, yet within the absolute 1e-14.
         {1e-15, 3e-15, false, false, false, true, true},
+        // 0 equals only 0 under ==.
+        {0.0, -0.0, true, false, false, true, true},
+        {0.0, 1e-300, false, false, false, true, true},
+        {1.0, 1.0 + 1e-13, false, false, true, false, true},
         // Two missing values are equal, and related by nothing else.
         {kSysmis, kSysmis, true, false, false, false, false},
-        {kSysmis, 1.0, false, false, false, false, false},
+        {kSysmis, -1e308, false, false, false, false, false},
         {1.0, kSysmis, false, false, false, false, false},
+        // inf - inf is NaN: neither within the tolerance nor negative.
+        {kInf, kInf, false, true, false, true, false},
     };
     for (Row const& row : rows) {
         NumericValue const a(row.a), b(row.b);
+        EXPECT_EQ(NumericValue::IsEqual(row.a, row.b), row.eq) << row.a << " IsEqual " << row.b;
         EXPECT_EQ(a == b, row.eq) << row.a << " == " << row.b;
         EXPECT_EQ(a > b, row.gt) << row.a << " > " << row.b;
         EXPECT_EQ(a < b, row.lt) << row.a << " < " << row.b;
@@ -159,12 +147,9 @@ TEST(NumericValue, SetValueCopyAndEqual) {
     EXPECT_TRUE(n.Equal(nullptr, false, false));
     EXPECT_TRUE(n.Equal(&s, true, true));
 
-    n = n;
-    EXPECT_EQ(n.GetDouble(), 4.5);
     std::unique_ptr<ScoreValue> clone(n.Clone()), value(n.GetValue());
-    EXPECT_EQ(clone->GetType(), ScoreValue::NUMERIC_VALUE);
-    EXPECT_EQ(value->GetDouble(), 4.5);
     EXPECT_TRUE(*clone == n);
+    EXPECT_TRUE(*value == n);
 }
 
 TEST(StringValue, LengthFieldAndConstruction) {
@@ -192,7 +177,6 @@ TEST(StringValue, LengthFieldAndConstruction) {
     assigned.SetValue(&stale);
     EXPECT_EQ(assigned.GetString(), "abc");
     EXPECT_EQ(StringValue(static_cast<char const*>(nullptr)).GetString(), "");
-    EXPECT_FALSE(stale.IsSystemMissingValue());
 }
 
 TEST(StringValue, NumbersFromText) {
