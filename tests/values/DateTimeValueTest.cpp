@@ -57,7 +57,6 @@ TEST(DateTimeValue, EpochsAndUnitsConvertBothWays) {
     }
 
     DateTimeValue const epoch1960(0.0, ScoreDictVar::DT_DATE_DAYS_SINCE_1960);
-    EXPECT_EQ(epoch1960.GetDoubleValue(ScoreDictVar::DT_DATE_DAYS_SINCE_1960), 0.0);
     EXPECT_EQ(epoch1960.GetDoubleValue(ScoreDictVar::DT_DATE_DAYS_SINCE_1970), -3653.0);
     EXPECT_EQ(epoch1960.GetDoubleValue(ScoreDictVar::DT_NONE), kSysmis);
     EXPECT_EQ(epoch1960.GetDoubleValue(static_cast<DT>(13)), kSysmis);
@@ -181,31 +180,25 @@ TEST(DateTimeValue, ExtractsCalendarPartsBeforeAndFarFrom1970) {
     EXPECT_EQ(value.ExtractSecond(), 3.0);
 }
 
+// Month lengths and validity are covered through the parse table; these are the year arithmetic and the
+// guards the parser does not reach.
 TEST(DateTimeValue, CalendarHelpers) {
-    EXPECT_FALSE(DateTimeValue::IsLeapYear(1900));
-    EXPECT_TRUE(DateTimeValue::IsLeapYear(2000));
-    EXPECT_TRUE(DateTimeValue::IsLeapYear(0));
-    EXPECT_TRUE(DateTimeValue::IsLeapYear(-4));
-    EXPECT_FALSE(DateTimeValue::IsLeapYear(-100));
-    EXPECT_TRUE(DateTimeValue::IsLeapYear(-400));
-    EXPECT_FALSE(DateTimeValue::IsLeapYear(2023));
-
-    EXPECT_EQ(DateTimeValue::DaysInMonth(2000, 2), 29);
-    EXPECT_EQ(DateTimeValue::DaysInMonth(1900, 2), 28);
-    EXPECT_EQ(DateTimeValue::DaysInMonth(2001, 4), 30);
+    struct Row {
+        std::int64_t year;
+        bool leap;
+    } const leapRows[] = {{1900, false}, {2000, true}, {0, true}, {-4, true}, {-100, false}, {-400, true}};
+    for (Row const& row : leapRows) {
+        EXPECT_EQ(DateTimeValue::IsLeapYear(row.year), row.leap) << row.year;
+        EXPECT_EQ(DateTimeValue::DaysInYear(row.year), row.leap ? 366 : 365) << row.year;
+    }
     EXPECT_EQ(DateTimeValue::DaysInMonth(2001, 13), 0);
-    EXPECT_EQ(DateTimeValue::DaysBeforeMonth(2000, 3), 60);
-    EXPECT_EQ(DateTimeValue::DaysBeforeMonth(2001, 3), 59);
-    EXPECT_EQ(DateTimeValue::DaysBeforeMonth(2000, 2), 31);
-    EXPECT_EQ(DateTimeValue::DaysBeforeMonth(2001, 12), 334);
     EXPECT_EQ(DateTimeValue::DaysBeforeMonth(2001, 0), 0);
+    EXPECT_EQ(DateTimeValue::DaysBeforeMonth(2000, 2), 31);  // the leap day counts from March on
 
     EXPECT_EQ(DateTimeValue::DaysBetweenYear(1970, 1960), -3653);
     EXPECT_EQ(DateTimeValue::DaysBetweenYear(1960, 1970), 3653);
     EXPECT_EQ(DateTimeValue::DaysBetweenYear(1970, 1970), 0);
-    EXPECT_EQ(DateTimeValue::DaysBetweenYear(0, 1970), 719528);
     EXPECT_EQ(DateTimeValue::DaysBetweenYear(-400, 0), 146097);
-    EXPECT_EQ(DateTimeValue::NumberOfLeapYear(1960, 1970), 3);
     EXPECT_EQ(DateTimeValue::NumberOfLeapYear(1970, 1960), 3);
     EXPECT_EQ(DateTimeValue::NumberOfLeapYear(1900, 1901), 0);
     EXPECT_EQ(DateTimeValue::NumberOfLeapYear(-1, 1), 1);
@@ -214,15 +207,8 @@ TEST(DateTimeValue, CalendarHelpers) {
     std::int64_t const highest = std::numeric_limits<std::int64_t>::max();
     EXPECT_EQ(DateTimeValue::DaysBetweenYear(lowest, highest), highest);
     EXPECT_EQ(DateTimeValue::DaysBetweenYear(highest, lowest), lowest);
-    EXPECT_GT(DateTimeValue::NumberOfLeapYear(lowest, highest), 0);
 
-    EXPECT_TRUE(DateTimeValue::IsValidDate(2000, 2, 29));
-    EXPECT_FALSE(DateTimeValue::IsValidDate(2001, 2, 29));
-    EXPECT_FALSE(DateTimeValue::IsValidDate(2000, 0, 1));
-    EXPECT_FALSE(DateTimeValue::IsValidDate(2000, 1, 0));
-    EXPECT_TRUE(DateTimeValue::IsValidTime(23, 59, 59));
     EXPECT_FALSE(DateTimeValue::IsValidTime(-1, 0, 0));
-    EXPECT_FALSE(DateTimeValue::IsValidTime(24, 0, 0));
     EXPECT_FALSE(DateTimeValue::IsValidTime(0, 0, 60));
 }
 

@@ -1,7 +1,6 @@
 #include "vantry/values/DateTimeValue.h"
 
 #include <limits>
-#include <locale>
 #include <sstream>
 
 #include "vantry/values/NumberText.h"
@@ -289,8 +288,8 @@ std::string DateTimeValue::GetNumericString() {
     if (fValue <= gSysmisValue) {
         return "Undefined";
     }
+    // A fresh stream in the global locale, fixed notation with the default 6 decimals.
     std::ostringstream out;
-    out.imbue(std::locale::classic());
     out.setf(std::ios::fixed, std::ios::floatfield);
     out << fValue;
     return out.str();

@@ -114,10 +114,8 @@ std::string NumericValue::GetString() {
     if (fValue <= gSysmisValue) {
         return "Undefined";
     }
-    // Default stream formatting (general, 6 significant digits), with the point as decimal separator
-    // whatever the global locale is.
+    // A fresh stream with default formatting (general, 6 significant digits) in the global locale.
     std::ostringstream out;
-    out.imbue(std::locale::classic());
     out << fValue;
     return out.str();
 }

@@ -86,7 +86,8 @@ class VANTRY_EXPORT NumericValue : public ScoreValue {
     // Truncated toward zero; -2147483648 when the number does not fit 32 bits (missing and NaN included).
     int GetInt() const override;
     double GetDouble() const override;
-    // "Undefined" at or below gSysmisValue, otherwise the general format with 6 significant digits.
+    // "Undefined" at or below gSysmisValue, otherwise the general format with 6 significant digits,
+    // written in the global locale.
     std::string GetString() override;
     ValueType GetType() override;
 
@@ -151,6 +152,9 @@ class VANTRY_EXPORT StringValue : public ScoreValue {
     void SetLength(int length);
 
   private:
+    // The two sides of a string comparison (defined with the operators).
+    struct Operands;
+
     std::string fText;
     int fLength;
 };

@@ -2,6 +2,7 @@
 #include <locale>
 #include <sstream>
 #include <string_view>
+#include <typeinfo>
 
 #include "vantry/values/NumberText.h"
 #include "vantry/values/ScoreValue.h"
@@ -30,27 +31,6 @@ bool ByteLess(std::string_view a, std::string_view b) {
     return a.compare(b) < 0;
 }
 
-// The three-way split shared by the string operators: the other operand's text when it is a string,
-// and which of the two operands are blank.
-struct StringOperands {
-    bool isString;
-    std::string right;
-    bool leftBlank;
-    bool rightBlank;
-};
-
-StringOperands Classify(std::string const& left, ScoreValue const& other) {
-    StringOperands operands{false, std::string(), false, false};
-    if (ScoreValue::TypeOf(other) != ScoreValue::STRING_VALUE) {
-        return operands;
-    }
-    operands.isString = true;
-    operands.right = ScoreValue::TextOf(other);
-    operands.leftBlank = IsBlank(left);
-    operands.rightBlank = IsBlank(operands.right);
-    return operands;
-}
-
 // >= (greaterOrEqual) and <= of two non-blank strings. A padded left operand against an unpadded right
 // one is an equality test in both directions: that is how padded case values meet category values.
 bool NonBlankOrEqual(std::string_view a, std::string_view b, bool greaterOrEqual) {
@@ -63,6 +43,36 @@ bool NonBlankOrEqual(std::string_view a, std::string_view b, bool greaterOrEqual
 }
 
 }  // namespace
+
+// The split shared by the string operators: whether the other operand is a string, its text, and which
+// of the two operands are blank. The text of a StringValue is read in place, so comparing two strings
+// on the scoring path copies nothing; another string kind is read through GetString.
+struct StringValue::Operands {
+    Operands(std::string const& left, ScoreValue const& other) {
+        if (TypeOf(other) != STRING_VALUE) {
+            return;
+        }
+        isString = true;
+        if (typeid(other) == typeid(StringValue)) {
+            right = static_cast<StringValue const&>(other).fText;
+        } else {
+            fHolder = TextOf(other);
+            right = fHolder;
+        }
+        leftBlank = IsBlank(left);
+        rightBlank = IsBlank(right);
+    }
+    Operands(Operands const&) = delete;
+    Operands& operator=(Operands const&) = delete;
+
+    bool isString = false;
+    std::string_view right;
+    bool leftBlank = false;
+    bool rightBlank = false;
+
+  private:
+    std::string fHolder;
+};
 
 int const StringValue::MAX_STRING;
 
@@ -102,7 +112,7 @@ ScoreValue* StringValue::Clone() const {
 }
 
 bool StringValue::operator==(ScoreValue const& other) const {
-    StringOperands const o = Classify(fText, other);
+    Operands const o(fText, other);
     if (!o.isString) {
         return false;
     }
@@ -119,7 +129,7 @@ bool StringValue::Equal(ScoreValue const* other, bool noSpaceTrim, bool emptyStr
     if (other == nullptr) {
         return false;
     }
-    StringOperands const o = Classify(fText, *other);
+    Operands const o(fText, *other);
     if (!o.isString) {
         return false;
     }
@@ -141,7 +151,7 @@ bool StringValue::Equal(ScoreValue const* other, bool noSpaceTrim, bool emptyStr
 }
 
 bool StringValue::operator>(ScoreValue const& other) const {
-    StringOperands const o = Classify(fText, other);
+    Operands const o(fText, other);
     if (!o.isString || o.leftBlank) {
         return false;
     }
@@ -150,7 +160,7 @@ bool StringValue::operator>(ScoreValue const& other) const {
 
 bool StringValue::operator<(ScoreValue const& other) const {
     // A non-blank string is "less than" a blank one, as it is "greater than" it.
-    StringOperands const o = Classify(fText, other);
+    Operands const o(fText, other);
     if (!o.isString || o.leftBlank) {
         return false;
     }
@@ -158,7 +168,7 @@ bool StringValue::operator<(ScoreValue const& other) const {
 }
 
 bool StringValue::operator<=(ScoreValue const& other) const {
-    StringOperands const o = Classify(fText, other);
+    Operands const o(fText, other);
     if (!o.isString) {
         return false;
     }
@@ -169,7 +179,7 @@ bool StringValue::operator<=(ScoreValue const& other) const {
 }
 
 bool StringValue::operator>=(ScoreValue const& other) const {
-    StringOperands const o = Classify(fText, other);
+    Operands const o(fText, other);
     if (!o.isString) {
         return false;
     }
