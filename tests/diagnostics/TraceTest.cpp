@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -20,26 +21,21 @@ using QXVantry_920::VTException;
 namespace fs = std::filesystem;
 
 // The trace reads its configuration once per process, at first use, from the working directory. Each
-// scenario therefore runs in a forked child inside its own temporary folder, and the parent reads the
-// files back. The parent never touches the trace itself, so that the children start unconfigured also
-// when the whole program runs in one process. The child's main thread id equals its process id.
+// scenario therefore runs in a forked child inside its own temporary folder, and the parent, which never
+// touches the trace itself, reads the files back. The child's main thread id equals its process id.
 
 namespace {
 
-class TempDir {
-  public:
+struct TempDir {
     TempDir() {
         char name[] = "/tmp/vantry_trace_XXXXXX";
-        path_ = mkdtemp(name);
+        path = mkdtemp(name);
     }
     ~TempDir() {
         std::error_code ignored;
-        fs::remove_all(path_, ignored);
+        fs::remove_all(path, ignored);
     }
-    fs::path const& path() const { return path_; }
-
-  private:
-    fs::path path_;
+    fs::path path;
 };
 
 void WriteFile(fs::path const& path, std::string const& text) {
@@ -61,7 +57,7 @@ std::vector<std::string> ReadLines(fs::path const& path) {
     return lines;
 }
 
-// Runs `body` in a child process working in `dir`; returns the child's process id.
+// Runs `body` in a child process working in `dir` and expects it to exit with 0; returns its id.
 pid_t RunInChild(fs::path const& dir, std::function<void()> const& body) {
     pid_t const pid = fork();
     if (pid == 0) {
@@ -98,7 +94,7 @@ void TraceEveryLevel() {
     log->TraceText(1, "Make Model End");
 }
 
-// The lines TraceEveryLevel leaves at a configured level, without time stamps.
+// The lines TraceEveryLevel leaves at a configured level, time stamps removed.
 std::vector<std::string> ExpectedLines(int level) {
     std::vector<std::string> lines{"Enter:QXVantry_920::ModelFactory::MakeModelFromXML"};
     if (level >= 2) {
@@ -112,14 +108,13 @@ std::vector<std::string> ExpectedLines(int level) {
 }
 
 // Checks and removes the "YYYYMMDD hh:mm:ss.mmm: " head of each line.
-std::vector<std::string> StripTimeStamps(std::vector<std::string> const& lines) {
+std::vector<std::string> StripTimeStamps(std::vector<std::string> lines) {
     std::regex const stamp("[0-9]{4}(0[1-9]|1[0-2])[0-3][0-9] [0-2][0-9]:[0-5][0-9]:[0-6][0-9]\\.[0-9]{3}: ");
-    std::vector<std::string> texts;
-    for (std::string const& line : lines) {
+    for (std::string& line : lines) {
         EXPECT_TRUE(line.size() >= 23 && std::regex_match(line.substr(0, 23), stamp)) << line;
-        texts.push_back(line.size() >= 23 ? line.substr(23) : line);
+        line.erase(0, 23);
     }
-    return texts;
+    return lines;
 }
 
 }  // namespace
@@ -128,8 +123,7 @@ TEST(ScoringLog, ConfigurationDecidesTheLevelAndTheLineShape) {
     struct Case {
         std::string config;
         int level;
-    };
-    Case const cases[] = {
+    } const cases[] = {
         {"trace_leve,1\n", 1},
         {"trace_leve,2\n", 2},
         {"trace_leve,3\n", 3},
@@ -151,47 +145,53 @@ TEST(ScoringLog, ConfigurationDecidesTheLevelAndTheLineShape) {
     for (Case const& c : cases) {
         SCOPED_TRACE("sc.cfg: \"" + c.config + "\"");
         TempDir dir;
-        WriteFile(dir.path() / "sc.cfg", c.config);
-        pid_t const pid = RunInChild(dir.path(), TraceEveryLevel);
+        WriteFile(dir.path / "sc.cfg", c.config);
+        pid_t const pid = RunInChild(dir.path, TraceEveryLevel);
 
-        EXPECT_EQ(ReadFile(dir.path() / "message.txt"), "Repeate bin values in 'x'.");
+        EXPECT_EQ(ReadFile(dir.path / "message.txt"), "Repeate bin values in 'x'.");
         if (c.level == 0) {
-            EXPECT_FALSE(fs::exists(LogDir(dir.path(), pid)));
+            EXPECT_FALSE(fs::exists(LogDir(dir.path, pid)));
             continue;
         }
-        ASSERT_TRUE(fs::is_directory(LogDir(dir.path(), pid)));
-        std::vector<std::string> lines = ReadLines(LogFile(dir.path(), pid, pid));
-        if (c.level >= 3) {
-            lines = StripTimeStamps(lines);
-        }
-        EXPECT_EQ(lines, ExpectedLines(c.level));
+        std::vector<std::string> const lines = ReadLines(LogFile(dir.path, pid, pid));
+        EXPECT_EQ(c.level >= 3 ? StripTimeStamps(lines) : lines, ExpectedLines(c.level));
     }
 }
 
-TEST(ScoringLog, WithoutConfigurationNothingIsWrittenAndLaterFilesDoNotCount) {
-    TempDir dir;
-    pid_t const pid = RunInChild(dir.path(), [] {
-        ScoringLog::GetInstance();
-        WriteFile("sc.cfg", "trace_leve,3\n");
-        TraceEveryLevel();
+TEST(ScoringLog, StaysOffWithoutAReadableConfigurationAndLaterFilesDoNotCount) {
+    // No "sc.cfg" at all, and one that opens but cannot be read (a directory of that name).
+    for (bool const directory : {false, true}) {
+        SCOPED_TRACE(directory ? "sc.cfg is a directory" : "no sc.cfg");
+        TempDir dir;
+        if (directory) {
+            fs::create_directory(dir.path / "sc.cfg");
+        }
+        pid_t const pid = RunInChild(dir.path, [directory] {
+            ScoringLog::GetInstance();
+            if (!directory) {
+                WriteFile("sc.cfg", "trace_leve,3\n");
+            }
+            TraceEveryLevel();
 
-        // The host's view of the messages: the formatted text followed directly by the detail.
-        VTException parse;
-        parse.PutErrorMessage(260109);
-        parse.SetDetailMessage("d");
-        WriteFile("parse.txt", parse.GetErrorMessage());
-        VTException unknown(1, "Fn: not predefined!", &ScoreContext::gErrorFormater);
-        WriteFile("unknown.txt", unknown.GetErrorMessage());
-    });
-    EXPECT_FALSE(fs::exists(LogDir(dir.path(), pid)));
-    EXPECT_EQ(ReadFile(dir.path() / "parse.txt"), "Error in parsing the PMML file. Detailed message:d");
-    EXPECT_EQ(ReadFile(dir.path() / "unknown.txt"), "Fn: not predefined!");
+            // The host's view of the messages: the formatted text followed directly by the detail.
+            VTException parse;
+            parse.PutErrorMessage(260109);
+            parse.SetDetailMessage("d");
+            WriteFile("parse.txt", parse.GetErrorMessage());
+            VTException unknown(1, "Fn: not predefined!", &ScoreContext::gErrorFormater);
+            WriteFile("unknown.txt", unknown.GetErrorMessage());
+        });
+        EXPECT_FALSE(fs::exists(LogDir(dir.path, pid)));
+        EXPECT_EQ(ReadFile(dir.path / "parse.txt"), "Error in parsing the PMML file. Detailed message:d");
+        EXPECT_EQ(ReadFile(dir.path / "unknown.txt"), "Fn: not predefined!");
+    }
 }
 
-TEST(ScoringLog, EachThreadWritesItsOwnFileInAnExistingDirectory) {
+TEST(ScoringLog, EachThreadWritesItsOwnFileAndLongTextIsCut) {
     TempDir dir;
-    WriteFile(dir.path() / "sc.cfg", "trace_leve,1\n");
-    pid_t const pid = RunInChild(dir.path(), [] {
+    WriteFile(dir.path / "sc.cfg", "trace_leve,1\n");
+    pid_t const pid = RunInChild(dir.path, [] {
+        // A directory left from before serves as it is.
         mkdir(("log" + std::to_string(getpid())).c_str(), 0777);
         ScoringLog::GetInstance()->TraceText(1, "main %d", 1);
         std::thread worker([] {
@@ -199,24 +199,41 @@ TEST(ScoringLog, EachThreadWritesItsOwnFileInAnExistingDirectory) {
             ScoringLog::GetInstance()->TraceText(1, "worker %s", "line");
         });
         worker.join();
+        ScoringLog::GetInstance()->TraceText(1, "%s", std::string(200000, 'y').c_str());
         ScoringLog::GetInstance()->TraceText(1, "main %d", 2);
     });
-    long const worker = std::stol(ReadFile(dir.path() / "thread.txt"));
+    long const worker = std::stol(ReadFile(dir.path / "thread.txt"));
     EXPECT_NE(worker, pid);
-    EXPECT_EQ(ReadLines(LogFile(dir.path(), pid, pid)), (std::vector<std::string>{"main 1", "main 2"}));
-    EXPECT_EQ(ReadLines(LogFile(dir.path(), pid, worker)), std::vector<std::string>{"worker line"});
+    EXPECT_EQ(ReadLines(LogFile(dir.path, pid, pid)),
+              (std::vector<std::string>{"main 1", std::string(102399, 'y'), "main 2"}));
+    EXPECT_EQ(ReadLines(LogFile(dir.path, pid, worker)), std::vector<std::string>{"worker line"});
 }
 
-TEST(ScoringLog, LongTextIsCutToTheBuffer) {
-    TempDir dir;
-    WriteFile(dir.path() / "sc.cfg", "trace_leve,1\n");
-    pid_t const pid = RunInChild(dir.path(), [] {
-        std::string const text(200000, 'y');
-        ScoringLog::GetInstance()->TraceText(1, "%s", text.c_str());
-        ScoringLog::GetInstance()->TraceText(1, "%s", "after");
-    });
-    std::vector<std::string> const lines = ReadLines(LogFile(dir.path(), pid, pid));
-    ASSERT_EQ(lines.size(), 2u);
-    EXPECT_EQ(lines[0], std::string(102399, 'y'));
-    EXPECT_EQ(lines[1], "after");
+TEST(ScoringLog, ThreadsThatComeFirstTogetherShareOneLog) {
+    // Several fresh processes, since only the very first use of each can race.
+    for (int round = 0; round < 5; ++round) {
+        TempDir dir;
+        WriteFile(dir.path / "sc.cfg", "trace_leve,1\n");
+        RunInChild(dir.path, [] {
+            std::atomic<bool> go{false};
+            std::vector<ScoringLog*> seen(8, nullptr);
+            std::vector<std::thread> threads;
+            for (ScoringLog*& slot : seen) {
+                threads.emplace_back([&go, &slot] {
+                    while (!go.load()) {
+                    }
+                    slot = ScoringLog::GetInstance();
+                });
+            }
+            go = true;
+            for (std::thread& thread : threads) {
+                thread.join();
+            }
+            for (ScoringLog* log : seen) {
+                if (log != ScoringLog::GetInstance()) {
+                    _exit(3);
+                }
+            }
+        });
+    }
 }
