@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -18,29 +19,13 @@
 using QXVantry_920::ScoringLog;
 using QXVantry_920::VTException;
 namespace fs = std::filesystem;
+using Lines = std::vector<std::string>;
 
 // The trace reads its configuration once per process, at first use, from the working directory. Each
-// scenario therefore runs in a forked child inside its own temporary folder, and the parent reads the
-// files back. The parent never touches the trace itself, so that the children start unconfigured also
-// when the whole program runs in one process. The child's main thread id equals its process id.
+// scenario therefore runs in a forked child inside its own temporary folder, and the parent, which never
+// touches the trace itself, reads the files back. The child's main thread id equals its process id.
 
 namespace {
-
-class TempDir {
-  public:
-    TempDir() {
-        char name[] = "/tmp/vantry_trace_XXXXXX";
-        path_ = mkdtemp(name);
-    }
-    ~TempDir() {
-        std::error_code ignored;
-        fs::remove_all(path_, ignored);
-    }
-    fs::path const& path() const { return path_; }
-
-  private:
-    fs::path path_;
-};
 
 void WriteFile(fs::path const& path, std::string const& text) {
     std::ofstream(path, std::ios::binary) << text;
@@ -52,42 +37,65 @@ std::string ReadFile(fs::path const& path) {
     return text.str();
 }
 
-std::vector<std::string> ReadLines(fs::path const& path) {
-    std::vector<std::string> lines;
-    std::ifstream in(path);
+Lines ReadLines(fs::path const& path) {
+    Lines lines;
+    std::istringstream in(ReadFile(path));
     for (std::string line; std::getline(in, line);) {
         lines.push_back(line);
     }
     return lines;
 }
 
-// Runs `body` in a child process working in `dir`; returns the child's process id.
-pid_t RunInChild(fs::path const& dir, std::function<void()> const& body) {
-    pid_t const pid = fork();
-    if (pid == 0) {
-        // A configuration that is never read to its end stops the child, not the whole test run.
-        alarm(60);
-        if (chdir(dir.c_str()) != 0) {
-            _exit(2);
+// A temporary working folder, with "sc.cfg" holding `config` unless that is null.
+struct Sandbox {
+    explicit Sandbox(char const* config) {
+        char name[] = "/tmp/vantry_trace_XXXXXX";
+        path = mkdtemp(name);
+        if (config != nullptr) {
+            WriteFile(path / "sc.cfg", config);
         }
-        body();
-        _exit(0);
     }
-    int status = 0;
-    waitpid(pid, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "child status " << status;
-    return pid;
-}
+    ~Sandbox() {
+        std::error_code ignored;
+        fs::remove_all(path, ignored);
+    }
 
-fs::path LogDir(fs::path const& dir, pid_t pid) {
-    return dir / ("log" + std::to_string(pid));
-}
+    // Runs `body` in a child process working here and expects it to exit with 0.
+    void Run(std::function<void()> const& body) {
+        pid = fork();
+        if (pid == 0) {
+            // A configuration that is never read to its end stops the child, not the whole test run.
+            alarm(60);
+            if (chdir(path.c_str()) != 0) {
+                _exit(2);
+            }
+            body();
+            _exit(0);
+        }
+        int status = 0;
+        waitpid(pid, &status, 0);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "child status " << status;
+    }
 
-fs::path LogFile(fs::path const& dir, pid_t pid, long thread) {
-    return LogDir(dir, pid) / (std::to_string(thread) + "_scoring_trace.log");
-}
+    fs::path LogDir() const { return path / ("log" + std::to_string(pid)); }
+    Lines Log(long thread) const {
+        return ReadLines(LogDir() / (std::to_string(thread) + "_scoring_trace.log"));
+    }
 
-// Traces one event of each level the library uses; the error message is also kept in "message.txt".
+    fs::path path;
+    pid_t pid = 0;
+};
+
+// One event of each level the library traces, and the lines each leaves, time stamps removed.
+struct Event {
+    int level;
+    char const* line;
+} const kEvents[] = {{1, "Enter:QXVantry_920::ModelFactory::MakeModelFromXML"},
+                     {2, "Model name is :TreeModel"},
+                     {3, "Error message : Repeate bin values in 'x'."},
+                     {1, "Make Model End"}};
+
+// Traces kEvents, the error through an exception; its message is also kept in "message.txt".
 void TraceEveryLevel() {
     ScoringLog* log = ScoringLog::GetInstance();
     log->TraceText(1, "Enter:%s", "QXVantry_920::ModelFactory::MakeModelFromXML");
@@ -98,28 +106,24 @@ void TraceEveryLevel() {
     log->TraceText(1, "Make Model End");
 }
 
-// The lines TraceEveryLevel leaves at a configured level, without time stamps.
-std::vector<std::string> ExpectedLines(int level) {
-    std::vector<std::string> lines{"Enter:QXVantry_920::ModelFactory::MakeModelFromXML"};
-    if (level >= 2) {
-        lines.push_back("Model name is :TreeModel");
+Lines ExpectedLines(int level) {
+    Lines lines;
+    for (Event const& event : kEvents) {
+        if (event.level <= level) {
+            lines.push_back(event.line);
+        }
     }
-    if (level >= 3) {
-        lines.push_back("Error message : Repeate bin values in 'x'.");
-    }
-    lines.push_back("Make Model End");
     return lines;
 }
 
 // Checks and removes the "YYYYMMDD hh:mm:ss.mmm: " head of each line.
-std::vector<std::string> StripTimeStamps(std::vector<std::string> const& lines) {
+Lines StripTimeStamps(Lines lines) {
     std::regex const stamp("[0-9]{4}(0[1-9]|1[0-2])[0-3][0-9] [0-2][0-9]:[0-5][0-9]:[0-6][0-9]\\.[0-9]{3}: ");
-    std::vector<std::string> texts;
-    for (std::string const& line : lines) {
+    for (std::string& line : lines) {
         EXPECT_TRUE(line.size() >= 23 && std::regex_match(line.substr(0, 23), stamp)) << line;
-        texts.push_back(line.size() >= 23 ? line.substr(23) : line);
+        line.erase(0, 23);
     }
-    return texts;
+    return lines;
 }
 
 }  // namespace
@@ -128,8 +132,7 @@ TEST(ScoringLog, ConfigurationDecidesTheLevelAndTheLineShape) {
     struct Case {
         std::string config;
         int level;
-    };
-    Case const cases[] = {
+    } const cases[] = {
         {"trace_leve,1\n", 1},
         {"trace_leve,2\n", 2},
         {"trace_leve,3\n", 3},
@@ -138,60 +141,58 @@ TEST(ScoringLog, ConfigurationDecidesTheLevelAndTheLineShape) {
         {"trace_leve,-1\n", 0},
         {"trace_leve,abc\n", 0},
         {"trace_level,3\n", 0},
-        {"trace_leve 3\n", 0},
         {"\rtrace_leve,3\n", 0},
         {"trace_leve,0\ntrace_leve,1\n", 1},
-        {"trace_leve,-1\ntrace_leve,x\ntrace_leve,2\n", 2},
         {"trace_leve,2\ntrace_leve,3\n", 2},
-        {" trace_leve ,\t2\n", 2},
-        {"\ftrace_leve\t,  3 \r\n", 3},
-        {"other,3\n\nno comma\ntrace_leve,2 and text", 2},
+        {" \ftrace_leve \t,\t 2 \r\n", 2},
+        {"other,3\n\ntrace_leve 3\ntrace_leve,2 and text", 2},
         {std::string(63, 'x') + "\ntrace_leve,2\n", 2},
     };
     for (Case const& c : cases) {
         SCOPED_TRACE("sc.cfg: \"" + c.config + "\"");
-        TempDir dir;
-        WriteFile(dir.path() / "sc.cfg", c.config);
-        pid_t const pid = RunInChild(dir.path(), TraceEveryLevel);
-
-        EXPECT_EQ(ReadFile(dir.path() / "message.txt"), "Repeate bin values in 'x'.");
+        Sandbox box(c.config.c_str());
+        box.Run(TraceEveryLevel);
+        EXPECT_EQ(ReadFile(box.path / "message.txt"), "Repeate bin values in 'x'.");
         if (c.level == 0) {
-            EXPECT_FALSE(fs::exists(LogDir(dir.path(), pid)));
-            continue;
+            EXPECT_FALSE(fs::exists(box.LogDir()));
+        } else {
+            Lines const lines = box.Log(box.pid);
+            EXPECT_EQ(c.level >= 3 ? StripTimeStamps(lines) : lines, ExpectedLines(c.level));
         }
-        ASSERT_TRUE(fs::is_directory(LogDir(dir.path(), pid)));
-        std::vector<std::string> lines = ReadLines(LogFile(dir.path(), pid, pid));
-        if (c.level >= 3) {
-            lines = StripTimeStamps(lines);
-        }
-        EXPECT_EQ(lines, ExpectedLines(c.level));
     }
 }
 
-TEST(ScoringLog, WithoutConfigurationNothingIsWrittenAndLaterFilesDoNotCount) {
-    TempDir dir;
-    pid_t const pid = RunInChild(dir.path(), [] {
-        ScoringLog::GetInstance();
-        WriteFile("sc.cfg", "trace_leve,3\n");
-        TraceEveryLevel();
-
-        // The host's view of the messages: the formatted text followed directly by the detail.
-        VTException parse;
-        parse.PutErrorMessage(260109);
-        parse.SetDetailMessage("d");
-        WriteFile("parse.txt", parse.GetErrorMessage());
-        VTException unknown(1, "Fn: not predefined!", &ScoreContext::gErrorFormater);
-        WriteFile("unknown.txt", unknown.GetErrorMessage());
-    });
-    EXPECT_FALSE(fs::exists(LogDir(dir.path(), pid)));
-    EXPECT_EQ(ReadFile(dir.path() / "parse.txt"), "Error in parsing the PMML file. Detailed message:d");
-    EXPECT_EQ(ReadFile(dir.path() / "unknown.txt"), "Fn: not predefined!");
+TEST(ScoringLog, StaysOffWithoutAReadableConfigurationAndLaterFilesDoNotCount) {
+    // No "sc.cfg" at all, and one that opens but cannot be read (a directory of that name).
+    for (bool const directory : {false, true}) {
+        SCOPED_TRACE(directory ? "sc.cfg is a directory" : "no sc.cfg");
+        Sandbox box(nullptr);
+        if (directory) {
+            fs::create_directory(box.path / "sc.cfg");
+        }
+        box.Run([directory] {
+            ScoringLog::GetInstance();
+            if (!directory) {
+                WriteFile("sc.cfg", "trace_leve,3\n");
+            }
+            TraceEveryLevel();
+            // The host's view of the messages: the formatted text followed directly by the detail.
+            VTException parse;
+            parse.PutErrorMessage(260109);
+            parse.SetDetailMessage("d");
+            VTException unknown(1, "Fn: not predefined!", &ScoreContext::gErrorFormater);
+            WriteFile("messages.txt", parse.GetErrorMessage() + "|" + unknown.GetErrorMessage());
+        });
+        EXPECT_FALSE(fs::exists(box.LogDir()));
+        EXPECT_EQ(ReadFile(box.path / "messages.txt"),
+                  "Error in parsing the PMML file. Detailed message:d|Fn: not predefined!");
+    }
 }
 
-TEST(ScoringLog, EachThreadWritesItsOwnFileInAnExistingDirectory) {
-    TempDir dir;
-    WriteFile(dir.path() / "sc.cfg", "trace_leve,1\n");
-    pid_t const pid = RunInChild(dir.path(), [] {
+TEST(ScoringLog, EachThreadWritesItsOwnFileAndLongTextIsCut) {
+    Sandbox box("trace_leve,1\n");
+    box.Run([] {
+        // A directory left from before serves as it is.
         mkdir(("log" + std::to_string(getpid())).c_str(), 0777);
         ScoringLog::GetInstance()->TraceText(1, "main %d", 1);
         std::thread worker([] {
@@ -199,24 +200,39 @@ TEST(ScoringLog, EachThreadWritesItsOwnFileInAnExistingDirectory) {
             ScoringLog::GetInstance()->TraceText(1, "worker %s", "line");
         });
         worker.join();
+        ScoringLog::GetInstance()->TraceText(1, "%s", std::string(200000, 'y').c_str());
         ScoringLog::GetInstance()->TraceText(1, "main %d", 2);
     });
-    long const worker = std::stol(ReadFile(dir.path() / "thread.txt"));
-    EXPECT_NE(worker, pid);
-    EXPECT_EQ(ReadLines(LogFile(dir.path(), pid, pid)), (std::vector<std::string>{"main 1", "main 2"}));
-    EXPECT_EQ(ReadLines(LogFile(dir.path(), pid, worker)), std::vector<std::string>{"worker line"});
+    long const worker = std::stol(ReadFile(box.path / "thread.txt"));
+    EXPECT_NE(worker, box.pid);
+    EXPECT_EQ(box.Log(box.pid), (Lines{"main 1", std::string(102399, 'y'), "main 2"}));
+    EXPECT_EQ(box.Log(worker), Lines{"worker line"});
 }
 
-TEST(ScoringLog, LongTextIsCutToTheBuffer) {
-    TempDir dir;
-    WriteFile(dir.path() / "sc.cfg", "trace_leve,1\n");
-    pid_t const pid = RunInChild(dir.path(), [] {
-        std::string const text(200000, 'y');
-        ScoringLog::GetInstance()->TraceText(1, "%s", text.c_str());
-        ScoringLog::GetInstance()->TraceText(1, "%s", "after");
-    });
-    std::vector<std::string> const lines = ReadLines(LogFile(dir.path(), pid, pid));
-    ASSERT_EQ(lines.size(), 2u);
-    EXPECT_EQ(lines[0], std::string(102399, 'y'));
-    EXPECT_EQ(lines[1], "after");
+TEST(ScoringLog, ThreadsThatComeFirstTogetherShareOneLog) {
+    // Several fresh processes, since only the very first use of each can race.
+    for (int round = 0; round < 5; ++round) {
+        Sandbox box("trace_leve,1\n");
+        box.Run([] {
+            std::atomic<bool> go{false};
+            std::vector<ScoringLog*> seen(8, nullptr);
+            std::vector<std::thread> threads;
+            for (ScoringLog*& slot : seen) {
+                threads.emplace_back([&go, &slot] {
+                    while (!go.load()) {
+                    }
+                    slot = ScoringLog::GetInstance();
+                });
+            }
+            go = true;
+            for (std::thread& thread : threads) {
+                thread.join();
+            }
+            for (ScoringLog* log : seen) {
+                if (log != ScoringLog::GetInstance()) {
+                    _exit(3);
+                }
+            }
+        });
+    }
 }

@@ -45,8 +45,12 @@ std::atomic<ScoringLog*> ScoringLog::fInstance{nullptr};
 ScoringLog* ScoringLog::GetInstance() {
     ScoringLog* instance = fInstance.load(std::memory_order_acquire);
     if (instance == nullptr) {
-        instance = new ScoringLog();
-        fInstance.store(instance, std::memory_order_release);
+        // Threads that come first together make one log between them: a local static is initialised
+        // once, and the others wait for it. Later calls never get here. The object stays on the heap to
+        // the end of the process, since its destructor is not meant to run.
+        static ScoringLog* const created = new ScoringLog();
+        fInstance.store(created, std::memory_order_release);
+        instance = created;
     }
     return instance;
 }
@@ -87,8 +91,9 @@ void ScoringLog::Initialize() {
     int found = 0;
     char line[kLineSize];
     // Only the end of the file or a match ends the reading. A line too long for the buffer fails the
-    // stream without reaching the end, so the file's lines must stay under 64 characters.
-    while (!config.eof()) {
+    // stream without reaching the end, so the file's lines must stay under 64 characters. A file that
+    // opens but cannot be read (a directory of that name) counts as one that cannot be opened.
+    while (!config.eof() && !config.bad()) {
         config.getline(line, kLineSize);
         std::string const text(line);
         std::string::size_type const comma = text.find(',');

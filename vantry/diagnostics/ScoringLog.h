@@ -12,8 +12,8 @@ namespace QXVantry_920 {
 
 class VANTRY_EXPORT ScoringLog {
   public:
-    // The singleton, made and configured at the first call. There is no guard: two threads that come
-    // first at the same moment may each make one, and the later one stays.
+    // The singleton, made and configured at the first call. Threads that come first at the same moment
+    // get the same object; after that a call costs one atomic load.
     static ScoringLog* GetInstance();
 
     // Writes one printf-style line if `level` is not above the configured level: 1 enter and exit

@@ -131,7 +131,7 @@ bool VTErrorFormater::LoadMessages(int count, MessageItem* table) {
         return false;
     }
     // A table whose first code has a text already counts as loaded.
-    if (fMessages[table[0].code] != nullptr) {
+    if (FindMessageContent(table[0].code) != nullptr) {
         return false;
     }
     for (int i = 0; i < count; ++i) {
@@ -141,7 +141,11 @@ bool VTErrorFormater::LoadMessages(int count, MessageItem* table) {
 }
 
 char* VTErrorFormater::FindMessageContent(int code) {
-    return const_cast<char*>(fMessages[code]);
+    // A look-up, not the map's subscript: a code without a text reads as null either way, and reading
+    // must not insert, since exceptions with codes outside the table are worded on many threads at once
+    // through the one global formatter.
+    auto const found = fMessages.find(code);
+    return found != fMessages.end() ? const_cast<char*>(found->second) : nullptr;
 }
 
 }  // namespace ScoreContext

@@ -41,8 +41,8 @@ class VANTRY_EXPORT IErrorFormater {
 };
 
 // Formats with ICU MessageFormat. The map keeps the pattern pointers handed to LoadMessages, not copies,
-// so a table must outlive every formatter loaded from it. Reading a code that has no entry adds one
-// with a null text, which formats as an empty string.
+// so a table must outlive every formatter loaded from it. A code without a text formats as an empty
+// string; reading never changes the map, so one formatter serves many threads once it is loaded.
 class VANTRY_EXPORT VTErrorFormater : public IErrorFormater {
   public:
     VTErrorFormater(int count, MessageItem* table);

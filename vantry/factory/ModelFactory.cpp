@@ -200,9 +200,6 @@ bool ScanForElement(std::string const& elementName, std::istream& stream) {
 
 void ModelFactory::Initialize(std::string catalogPath) {
     XMLPlatformUtils::Initialize();
-    // The trace's singleton is made without a guard at its first use. Model creation may run on
-    // several threads after Initialize, so make it now, while the host runs nothing else.
-    ScoringLog::GetInstance();
     if (!catalogPath.empty()) {
         std::vector<std::string> names;
         ReadModelCatalog(CodePagePath(catalogPath), names);
