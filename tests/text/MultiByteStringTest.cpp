@@ -171,6 +171,8 @@ TEST(MultiByteCodePage, NeverSplitsACharacterOfTheLocale) {
     EXPECT_EQ(KROMMBstrchr_C(text, 'b'), text + 4);
     EXPECT_EQ(KROMMBstrrchr_C(text, 'b'), text + 8);
     EXPECT_EQ(KROMMBstrchr_C(text, 0x82), nullptr);  // not at the start of a character
+    char const cut[] = "a\xE2\x82";                  // cut short by the terminator: a byte at a time
+    EXPECT_EQ(KROMMBstrrchr_C(cut, 0x82), cut + 2);
     EXPECT_EQ(KROMMBstrrchr_C(text, 0), text + 9);
     EXPECT_EQ(KROMMBstrcspn_C(text, "\xE2\x82\xAC"), 1u);
 
