@@ -41,9 +41,7 @@ TEST(MultiByteUtf8, WellFormednessAndCharacterLength) {
         {"\xF4\x90\x80\x80", 4, -1},  // above U+10FFFF
         {"\xF5\x80\x80\x80", 4, -1},
         {"\x80", 1, -1},
-        {"\xE2"
-         "a\xAC",
-         3, -1},
+        {"\xE2Z\xAC", 3, -1},
     };
     for (Case const& c : cases) {
         EXPECT_EQ(KROMMBmblen_8(c.bytes, c.n), c.length) << testing::PrintToString(c.bytes) << " n=" << c.n;
@@ -171,6 +169,8 @@ TEST(MultiByteCodePage, NeverSplitsACharacterOfTheLocale) {
     EXPECT_EQ(KROMMBstrchr_C(text, 'b'), text + 4);
     EXPECT_EQ(KROMMBstrrchr_C(text, 'b'), text + 8);
     EXPECT_EQ(KROMMBstrchr_C(text, 0x82), nullptr);  // not at the start of a character
+    char const cut[] = "a\xE2\x82";                  // cut short by the terminator: a byte at a time
+    EXPECT_EQ(KROMMBstrrchr_C(cut, 0x82), cut + 2);
     EXPECT_EQ(KROMMBstrrchr_C(text, 0), text + 9);
     EXPECT_EQ(KROMMBstrcspn_C(text, "\xE2\x82\xAC"), 1u);
 

@@ -47,33 +47,6 @@ TEST(MultiByteConverter, CodePageNumbersAndNamesOpenTheRightEncoding) {
     EXPECT_GE(KROMMBDefaultConverterID(), 1);
 }
 
-TEST(MultiByteConverter, MissingCharacterBecomesQuestionMarkWithCodeThree) {
-    auto greek = Open("cp1253");  // 0xD2 is unassigned in it
-    std::u16string wide;
-    EXPECT_EQ(KROMMBCodePageToU16(greek.get(), wide,
-                                  "a\xD2"
-                                  "b"),
-              3);
-    EXPECT_EQ(wide, u"a?b");
-
-    auto western = Open("1252");
-    std::string bytes;
-    EXPECT_EQ(KROMMBU8ToCodePage(western.get(), bytes, std::string("x") + kEuro + "\xE6\x97\xA5y"), 3);
-    EXPECT_EQ(bytes, "x\x80?y");
-    EXPECT_EQ(KROMMBU16ToCodePage(western.get(), bytes, u"\u65E5\u672C!"), 3);
-    EXPECT_EQ(bytes,
-              "?"
-              "?!");
-    EXPECT_EQ(KROMMBU8ToCodePage(western.get(), bytes,
-                                 std::string("Gr") + "\xC3\xBC" +
-                                     "\xC3\x9F"
-                                     "e"),
-              0);
-    EXPECT_EQ(bytes,
-              "Gr\xFC\xDF"
-              "e");
-}
-
 TEST(MultiByteBuffer, Utf8AndUtf16BothWaysInBothFieldKinds) {
     struct Case {
         std::string utf8;
@@ -114,13 +87,8 @@ TEST(MultiByteBuffer, Utf8AndUtf16BothWaysInBothFieldKinds) {
 
 TEST(MultiByteBuffer, CodePageBothWays) {
     auto western = Open("cp1252");
-    std::string const utf8 = std::string("Gr") + "\xC3\xBC" +
-                             "\xC3\x9F"
-                             "e " +
-                             kEuro;
-    char const codePage[] =
-        "Gr\xFC\xDF"
-        "e \x80";
+    std::string const utf8 = std::string("Gr\xC3\xBC\xC3\x9F\x65 ") + kEuro;  // Grüße €
+    char const codePage[] = "Gr\xFC\xDF\x65 \x80";
     std::u16string const utf16 = u"Gr\u00FC\u00DFe \u20AC";
     int status = -1;
     char narrow[32];
@@ -145,47 +113,46 @@ TEST(MultiByteBuffer, CodePageBothWays) {
     EXPECT_STREQ(narrow, "a\xE3\x81\x82");
 }
 
-TEST(MultiByteBuffer, MalformedInputIsReplacedAndReported) {
-    int status = 0;
-    char16_t wide[16];
-    EXPECT_EQ(KROMMB8to16(wide, 16,
-                          "a\xC0\x80"
-                          "b",
-                          -1, &status),
-              4);
-    EXPECT_EQ(std::u16string(wide), u"a??b");
-    EXPECT_EQ(status, 3);
+TEST(MultiByteBuffer, BadCharactersBecomeQuestionMarksWithCodeThree) {
+    // Characters that the code page lacks, either way, also behind the first piece of a long text.
+    auto greek = Open("cp1253");  // 0xD2 is unassigned in it
+    auto western = Open("1252");
+    std::u16string wide;
+    std::string bytes;
+    EXPECT_EQ(KROMMBCodePageToU16(greek.get(), wide, std::string("a\xD2") + "b"), 3);
+    EXPECT_EQ(wide, u"a?b");
+    EXPECT_EQ(KROMMBCodePageToU8(greek.get(), bytes, std::string(300, 'a') + "\xD2"), 3);
+    EXPECT_EQ(bytes, std::string(300, 'a') + "?");
+    EXPECT_EQ(KROMMBU8ToCodePage(western.get(), bytes, std::string("x") + kEuro + "\xE6\x97\xA5y"), 3);
+    EXPECT_EQ(bytes, "x\x80?y");
+    EXPECT_EQ(KROMMBU16ToCodePage(western.get(), bytes, u"\u65E5\u672C!"), 3);
+    EXPECT_EQ(bytes, "?\x3F!");
 
+    // Malformed input in each engine.
+    int status = 0;
+    char16_t wideField[16];
+    EXPECT_EQ(KROMMB8to16(wideField, 16, "a\xC0\x80z", -1, &status), 4);
+    EXPECT_EQ(std::u16string(wideField), u"a??z");
+    EXPECT_EQ(status, 3);
     char narrow[16];
     char16_t const loneSurrogate[] = {u'a', 0xD800, u'b', 0};
     EXPECT_EQ(KROMMB16to8(narrow, 16, loneSurrogate, -1, &status), 3);
     EXPECT_STREQ(narrow, "a?b");
     EXPECT_EQ(status, 3);
-
-    auto western = Open("cp1252");
-    EXPECT_EQ(KROMMB8toCodePage(western.get(), narrow, 16,
-                                "a\xE2\x82"
-                                "b",
-                                -1, &status),
-              3);
-    EXPECT_STREQ(narrow, "a?b");
+    EXPECT_EQ(KROMMB8toCodePage(western.get(), narrow, 16, "a\xE2\x82z", -1, &status), 3);
+    EXPECT_STREQ(narrow, "a?z");
     EXPECT_EQ(status, 3);
-
     auto utf8 = Open("65001");
-    EXPECT_EQ(KROMMBCodePageto16(utf8.get(), wide, 16,
-                                 "\xFF"
-                                 "ok",
-                                 -1, &status),
-              3);
-    EXPECT_EQ(std::u16string(wide), u"?ok");
+    EXPECT_EQ(KROMMBCodePageto16(utf8.get(), wideField, 16, "\xFFok", -1, &status), 3);
+    EXPECT_EQ(std::u16string(wideField), u"?ok");
     EXPECT_EQ(status, 3);
 
     // No target at all: nothing written, and a text that had to go somewhere is cut.
     EXPECT_EQ(KROMMB8to16(nullptr, 0, "abc", -1, &status), 0);
     EXPECT_EQ(status, 1);
-    EXPECT_EQ(KROMMB8to16(wide, 1, "", -1, &status), 0);
+    EXPECT_EQ(KROMMB8to16(wideField, 1, "", -1, &status), 0);
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(wide[0], 0);
+    EXPECT_EQ(wideField[0], 0);
 }
 
 TEST(MultiByteBuffer, TooSmallTargetIsCutAtACharacterBoundary) {
@@ -255,11 +222,6 @@ TEST(MultiByteBuffer, GenericFollowsUtf8Mode) {
         EXPECT_EQ(KROMMBCodePagetoGeneric(nullptr, narrow, 16, "\x81\xFF", -1, &status), 2);
         EXPECT_STREQ(narrow, "\x81\xFF");
         EXPECT_EQ(status, 0);
-        char16_t wide[16];
-        EXPECT_EQ(KROMMBGenericto16(wide, 16, kEuro, -1, &status), 1);
-        EXPECT_EQ(wide[0], u'\u20AC');
-        EXPECT_EQ(KROMMB16toGeneric(narrow, 16, u"\u00E9", -1, &status), 2);
-        EXPECT_STREQ(narrow, kE_Acute);
 
         std::string text;
         EXPECT_EQ(KROMMBGenericToU8(text, broken), 3);

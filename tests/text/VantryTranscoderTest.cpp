@@ -61,10 +61,7 @@ TEST_F(VantryTranscoderTest, UnrepresentableCharacterStopsWithPrefixKept) {
     EXPECT_EQ(cp1252.transcodeTo(u"ok"), "ok");  // the transcoder stays usable
 
     VantryTranscoder utf8("UTF-8");
-    EXPECT_EQ(Decode(utf8,
-                     "ab\xFF"
-                     "cd"),
-              u"ab");
+    EXPECT_EQ(Decode(utf8, "ab\xFFxy"), u"ab");
 }
 
 TEST_F(VantryTranscoderTest, UnknownEncodingGivesEmptyResults) {

@@ -222,12 +222,22 @@ char const* FindUtf8Char(char const* s, unsigned int c, bool last) {
     return found;
 }
 
+// The step of the search functions: the length of the character at `s` as the C library's mblen gives it
+// within five bytes, where anything below 1 counts as 1. Unlike StepC, a character cut short by the
+// terminator is no character here, so that each of its bytes is looked at.
+std::size_t SearchStepC(char const* s) {
+    constexpr std::size_t kSearchSpan = 5;
+    std::mbstate_t state{};
+    std::size_t length = std::mbrlen(s, strnlen(s, kSearchSpan), &state);
+    return (length == 0 || length > kSearchSpan) ? 1 : length;
+}
+
 // The first, or with `last` the last, character of `s` in the C locale that begins with the byte `c`;
 // the terminator for a zero `c`.
 char const* FindCodePageChar(char const* s, unsigned int c, bool last) {
     char const* found = nullptr;
     char const* p = s;
-    for (; *p != '\0'; p += StepC(p)) {
+    for (; *p != '\0'; p += SearchStepC(p)) {
         if (Byte(*p) == c) {
             found = p;
             if (!last) {
