@@ -9,7 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "vantry/values/MissingValueSet.h"
+#include "vantry/values/Range.h"
 #include "vantry/values/ScoreCaseRecord.h"
+#include "vantry/values/ScoreDictVar.h"
 #include "vantry/values/ScoreValue.h"
 
 namespace {
@@ -111,8 +114,28 @@ void BM_OverwriteByName(benchmark::State& state) {
     Overwrite(state, names, record, gAllocations - before);
 }
 
+// The missing-value test of a variable runs for every field of every case: it must not allocate.
+void BM_IsMissingValue(benchmark::State& state) {
+    QXVantry_920::DictVar var("income", QXVantry_920::ScoreDictVar::kNUMERIC_VAR);
+    auto* missing = new QXVantry_920::MissingValueSet();
+    missing->Add(new QXVantry_920::Range(-99.0, -99.0, true, true));
+    missing->Add(new QXVantry_920::Range(1e9, 1e12, true, true));
+    var.SetMissingValues(missing);
+    NumericValue value(0.0);
+    size_t before = gAllocations;
+    double x = 0.0;
+    for (auto _ : state) {
+        value.SetDoubleValue(x);
+        benchmark::DoNotOptimize(var.IsMissingValue(&value));
+        x += 1.0;
+    }
+    state.counters["allocs_per_test"] =
+        static_cast<double>(gAllocations - before) / static_cast<double>(state.iterations());
+}
+
 }  // namespace
 
+BENCHMARK(BM_IsMissingValue)->MinTime(0.1);
 BENCHMARK(BM_OverwriteByIndex)->MinTime(0.1);
 BENCHMARK(BM_OverwriteByName)->MinTime(0.1);
 

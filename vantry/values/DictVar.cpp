@@ -123,6 +123,23 @@ bool DictVar::operator==(ScoreDictVar const& other) const {
     return fName == other.GetName();
 }
 
+namespace {
+
+// The library's own set is read in place; another implementation through its interface.
+bool InMissingRange(ScoreMissingValueSet const& set, ScoreValue const* value) {
+    if (auto const* own = dynamic_cast<MissingValueSet const*>(&set)) {
+        return own->AnyRangeHolds(value);
+    }
+    for (ScoreValueRange const* range : set.GetMissingValues()) {
+        if (range->IsInRange(value)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
 bool DictVar::IsMissingValue(ScoreValue const* value) const {
     if (value == nullptr) {
         return true;
@@ -133,14 +150,7 @@ bool DictVar::IsMissingValue(ScoreValue const* value) const {
     if (!fMissingValues) {
         return false;
     }
-    bool inMissingRange = false;
-    for (ScoreValueRange const* range : fMissingValues->GetMissingValues()) {
-        if (range->IsInRange(value)) {
-            inMissingRange = true;
-            break;
-        }
-    }
-    if (!inMissingRange) {
+    if (!InMissingRange(*fMissingValues, value)) {
         return false;
     }
     // A declared numeric category outranks a missing range that covers it.

@@ -36,6 +36,15 @@ std::vector<ScoreValueRange const*> MissingValueSet::GetMissingValues() const {
     return std::vector<ScoreValueRange const*>(fRanges.Items().begin(), fRanges.Items().end());
 }
 
+bool MissingValueSet::AnyRangeHolds(ScoreValue const* value) const {
+    for (ScoreValueRange const* range : fRanges.Items()) {
+        if (range->IsInRange(value)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 void MissingValueSet::Display(std::ostream& out) const {
     out << " Begin MissingValueSet Display:\n";
     fRanges.DisplayEach(out);

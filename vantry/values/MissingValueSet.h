@@ -42,6 +42,10 @@ class VANTRY_EXPORT MissingValueSet : public ScoreMissingValueSet {
     std::vector<ScoreValueRange const*> GetMissingValues() const override;
     void Display(std::ostream& out) const override;
 
+    // True when one of the ranges holds the value. Reads the ranges in place, so that the per-case
+    // missing-value test of a variable allocates nothing.
+    bool AnyRangeHolds(ScoreValue const* value) const;
+
   private:
     detail::OwnedPointers<ScoreValueRange> fRanges;
 };
