@@ -213,8 +213,10 @@ TEST_F(PMMLDictionaryTest, IntervalsStoreTheirComplement) {
             Field("name=\"c\" optype=\"continuous\"",
                   "<Extension name=\"tree\"><X-DataField><Interval closure=\"openClosed\" leftMargin=\"1\" "
                   "rightMargin=\"2\"/></X-DataField></Extension>"
-                  "<Extension name=\"invalidRangeUpper\" value=\"-10\"/>"),
-        3));
+                  "<Extension name=\"invalidRangeUpper\" value=\"-10\"/>") +
+            Field("name=\"d\" optype=\"continuous\"",
+                  "<Interval closure=\"closedClosed\" leftMargin=\"1e400\"/>"),
+        4));
     ScoreDictVar* a = dictionary->GetVar("a");
     // With the right side open-ended, a closed left margin itself is missing.
     EXPECT_TRUE(Missing(a, 0));
@@ -230,6 +232,8 @@ TEST_F(PMMLDictionaryTest, IntervalsStoreTheirComplement) {
     EXPECT_TRUE(Missing(c, 2));
     EXPECT_TRUE(Missing(c, -20));
     EXPECT_FALSE(Missing(c, 0));
+    // Only a finite closed margin moves: an infinite left margin leaves every number missing.
+    EXPECT_TRUE(Missing(dictionary->GetVar("d"), 5));
 }
 
 TEST_F(PMMLDictionaryTest, OrdinalLookupsAndBands) {

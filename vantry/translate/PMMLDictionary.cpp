@@ -477,10 +477,10 @@ void PMMLTranslator::handleInterval(ScoreDictVar* /*variable*/, DOMNode* interva
     bool rightClosed = false;
     ReadClosure(element, leftClosed, rightClosed);
     // A closed margin moves outward a little, so that the margin itself stays out of the complement.
-    if (left != -kInfinity && leftClosed) {
+    if (std::isfinite(left) && leftClosed) {
         left -= std::abs(left) * 1e-15;
     }
-    if (right != kInfinity && rightClosed) {
+    if (std::isfinite(right) && rightClosed) {
         right += std::abs(right) * 1e-15;
     }
     bool const leftOpen = !leftClosed;
