@@ -82,12 +82,6 @@ XMLCh const* RequiredMissingValue(DOMElement const* element, int emptyCode) {
     return text;
 }
 
-void AddMissingRange(MissingValueSet* set, std::unique_ptr<Range> range) {
-    if (set->Add(range.get())) {
-        range.release();
-    }
-}
-
 }  // namespace
 
 KROMTranslator::KROMTranslator() = default;

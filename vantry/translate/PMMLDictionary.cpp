@@ -61,10 +61,7 @@ bool ReadInvalidRange(std::string const& name, XMLCh const* value, FieldValues& 
 
 // Adds a single value to the missing set; a value the set holds already is dropped.
 void AddMissingValue(FieldValues& values, std::unique_ptr<ScoreValue> value) {
-    auto range = std::make_unique<Range>(value.release());
-    if (values.missing->Add(range.get())) {
-        range.release();
-    }
+    AddMissingRange(values.missing.get(), std::make_unique<Range>(value.release()));
     values.haveMissing = true;
 }
 
@@ -78,29 +75,6 @@ bool FindValidInvalid(FieldValues const& values, std::size_t& invalidIndex, std:
         }
     }
     return false;
-}
-
-ScoreDictVar::MeasureLevel LevelOfOptype(std::string const& optype, bool& known) {
-    known = true;
-    if (optype == "continuous") {
-        return ScoreDictVar::MEASURE_CONTINUOUS;
-    }
-    if (optype == "categorical") {
-        return ScoreDictVar::MEASURE_NOMINAL;
-    }
-    if (optype == "ordinal") {
-        return ScoreDictVar::MEASURE_ORDINAL;
-    }
-    known = false;
-    return ScoreDictVar::MEASURE_CONTINUOUS;
-}
-
-std::vector<ScoreValueLabel*> const& RequiredLabels(ScoreDictVar const* variable) {
-    ScoreValueLabelSet const* labels = variable->GetValueLabels();
-    if (labels == nullptr) {
-        ThrowDocumentError(260126, {variable->GetName()});
-    }
-    return labels->GetAllValueLabels();
 }
 
 // Appends a valid category with its label: "displayValue" when given, the value's text otherwise.
@@ -174,9 +148,8 @@ std::unique_ptr<ScoreDictVar> PMMLTranslator::ParseDataField(DOMElement* field, 
         ThrowDocumentError(260285, {"optype", "DataField"});
     }
     std::string const optype = TranscodeText(fTranscoder, optypeText);
-    bool known = false;
-    ScoreDictVar::MeasureLevel const level = LevelOfOptype(optype, known);
-    if (!known) {
+    ScoreDictVar::MeasureLevel level = ScoreDictVar::MEASURE_CONTINUOUS;
+    if (!LevelOfOptype(optype, level)) {
         ThrowDocumentError(260152, {optype, "optype"});
     }
     variable->SetMLevel(level);
@@ -460,12 +433,6 @@ std::unique_ptr<Range> NumericRange(double low, double high, bool lowEnd, bool h
     return std::make_unique<Range>(new NumericValue(low), new NumericValue(high), lowEnd, highEnd);
 }
 
-void AddRange(ScoreMissingValueSet* set, std::unique_ptr<Range> range) {
-    if (set->Add(range.get())) {
-        range.release();
-    }
-}
-
 }  // namespace
 
 void PMMLTranslator::handleInterval(ScoreDictVar* /*variable*/, DOMNode* interval, ScoreMissingValueSet* set,
@@ -487,14 +454,14 @@ void PMMLTranslator::handleInterval(ScoreDictVar* /*variable*/, DOMNode* interva
     bool const rightOpen = !rightClosed;
     // The set holds missing values, so the complement of the valid interval goes in.
     if (left == -kInfinity) {
-        AddRange(set, NumericRange(right, kInfinity, rightOpen, true));
+        AddMissingRange(set, NumericRange(right, kInfinity, rightOpen, true));
     } else if (right == kInfinity) {
-        AddRange(set, NumericRange(-kInfinity, left, rightOpen, true));
+        AddMissingRange(set, NumericRange(-kInfinity, left, rightOpen, true));
     } else {
         std::unique_ptr<Range> below = NumericRange(-kInfinity, left, true, leftOpen);
         std::unique_ptr<Range> above = NumericRange(right, kInfinity, rightOpen, true);
-        AddRange(set, std::move(below));
-        AddRange(set, std::move(above));
+        AddMissingRange(set, std::move(below));
+        AddMissingRange(set, std::move(above));
     }
 }
 
@@ -508,7 +475,7 @@ void PMMLTranslator::handleTreeInterval(DOMNode* interval, ScoreMissingValueSet*
     bool leftClosed = false;
     bool rightClosed = false;
     ReadClosure(element, leftClosed, rightClosed);
-    AddRange(set, NumericRange(left, right, leftClosed, rightClosed));
+    AddMissingRange(set, NumericRange(left, right, leftClosed, rightClosed));
 }
 
 bool PMMLTranslator::HandleKROMMissingInterval(ScoreMissingValueSet* set, int mask, double lower,
@@ -519,7 +486,7 @@ bool PMMLTranslator::HandleKROMMissingInterval(ScoreMissingValueSet* set, int ma
         case 1:
         case 10:
         case 11:
-            AddRange(set, std::make_unique<Range>(lower, upper, true, true));
+            AddMissingRange(set, std::make_unique<Range>(lower, upper, true, true));
             return true;
         default:
             ThrowDocumentError(260272, {"invalidRangeLower, invalidRangeUpper", "Value"});
