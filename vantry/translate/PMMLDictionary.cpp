@@ -9,7 +9,6 @@
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMNode.hpp>
 #include <xercesc/dom/DOMNodeList.hpp>
-#include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
 #include "vantry/translate/CategoryRules.h"
@@ -115,12 +114,7 @@ ScoreDictionary* PMMLTranslator::ParseDictionary(DOMNode* node, bool encoders) {
     if (IsEmptyText(declared)) {
         ThrowDocumentError(260285, {"numberOfFields", "DataDictionary"});
     }
-    int number = 0;
-    try {
-        number = XMLString::parseInt(declared);
-    } catch (XMLException const&) {
-        ThrowDocumentError(260152, {TranscodeText(fTranscoder, declared), "numberOfFields"});
-    }
+    int const number = ParseIntAttribute(fTranscoder, declared, "numberOfFields");
     if (number != fieldCount) {
         ThrowDocumentError(260242, {std::to_string(number), "numberOfFields", std::to_string(fieldCount),
                                     "DataField", "DataDictionary"});
