@@ -3,25 +3,24 @@
 #pragma once
 
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "TranslatorTestSupport.h"
 #include "vantry/translate/PMMLTranslator.h"
 #include "vantry/values/ScoreDictionary.h"
+#include "vantry/values/ScoreValue.h"
+#include "vantry/values/ValueLabel.h"
 
 namespace vantry_test {
 
-// A file of tests/fixtures: from VANTRY_FIXTURES when set, otherwise beside this source's folder.
+// A file of the fixture folder that ctest names in VANTRY_FIXTURES.
 inline std::string ReadFixture(std::string const& name) {
     char const* dir = std::getenv("VANTRY_FIXTURES");
-    std::filesystem::path const folder =
-        dir != nullptr ? std::filesystem::path(dir)
-                       : std::filesystem::path(__FILE__).parent_path().parent_path() / "fixtures";
-    std::ifstream in(folder / name);
+    std::ifstream in(std::string(dir != nullptr ? dir : "tests/fixtures") + "/" + name);
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();
@@ -32,14 +31,12 @@ class OpenPMMLTranslator : public QXVantry_920::PMMLTranslator {
   public:
     using PMMLTranslator::GetArrayElements;
     using PMMLTranslator::GetIndexOfOrdinalValue;
-    using PMMLTranslator::GetScaleSplitValue;
     using PMMLTranslator::HandleArrayDiscreteSplit;
     using PMMLTranslator::HandleNodeDiscreteSplit;
     using PMMLTranslator::HandleNodeScaleSplit;
     using PMMLTranslator::HandleOrdinalVariable;
     using PMMLTranslator::IsValidScoreValue;
     using PMMLTranslator::PMMLTranslator;
-    using PMMLTranslator::Remove;
 };
 
 // A test with Xerces-C started and a UTF-8 translator that goes before Xerces-C stops.
@@ -72,6 +69,20 @@ template <typename Call>
 std::string Refusal(Call call) {
     std::pair<int, std::string> const failure = FailureOf(call);
     return failure.first == 0 ? "none" : std::to_string(failure.first) + ": " + failure.second;
+}
+
+// The categories of a variable as "value=label", in order.
+inline std::vector<std::string> CategoryTexts(QXVantry_920::ScoreDictVar const* variable) {
+    std::vector<std::string> texts;
+    for (QXVantry_920::ScoreValueLabel* label : variable->GetValueLabels()->GetAllValueLabels()) {
+        texts.push_back(QXVantry_920::ScoreValue::TextOf(*label->GetValue()) + "=" + label->GetLabel());
+    }
+    return texts;
+}
+
+inline bool IsMissingNumber(QXVantry_920::ScoreDictVar const* variable, double number) {
+    QXVantry_920::NumericValue const value(number);
+    return variable->IsMissingValue(&value);
 }
 
 }  // namespace vantry_test

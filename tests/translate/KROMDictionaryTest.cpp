@@ -7,8 +7,6 @@
 #include "vantry/translate/KROMTranslator.h"
 #include "vantry/values/MissingValueSet.h"
 #include "vantry/values/ScoreEncoder.h"
-#include "vantry/values/ScoreValue.h"
-#include "vantry/values/ValueLabel.h"
 #include "vantry/values/VarStats.h"
 
 using namespace QXVantry_920;
@@ -49,10 +47,6 @@ std::string Variable(std::string const& attributes, std::string const& children 
     return "<dictionary><variable " + attributes + ">" + children + "</variable></dictionary>";
 }
 
-bool Missing(ScoreDictVar const* variable, ScoreValue const& value) {
-    return variable->IsMissingValue(&value);
-}
-
 }  // namespace
 
 TEST_F(KROMDictionaryTest, ReadsVariablesWithTheirParts) {
@@ -73,9 +67,9 @@ TEST_F(KROMDictionaryTest, ReadsVariablesWithTheirParts) {
     // A statistic that is not a number, or absent, is system-missing.
     EXPECT_EQ(income->GetVarStats()->GetMean(), NumericValue::GetSysmisValue());
     EXPECT_EQ(income->GetVarStats()->GetStddev(), NumericValue::GetSysmisValue());
-    EXPECT_TRUE(Missing(income, NumericValue(-1)));
-    EXPECT_TRUE(Missing(income, NumericValue(999999)));
-    EXPECT_FALSE(Missing(income, NumericValue(5)));
+    EXPECT_TRUE(IsMissingNumber(income, -1));
+    EXPECT_TRUE(IsMissingNumber(income, 999999));
+    EXPECT_FALSE(IsMissingNumber(income, 5));
     EXPECT_EQ(income->GetMissingValues()->Size(), 2);
     EXPECT_EQ(income->GetEncoder(), nullptr);
 
@@ -85,7 +79,8 @@ TEST_F(KROMDictionaryTest, ReadsVariablesWithTheirParts) {
     EXPECT_EQ(status->GetMLevel(), ScoreDictVar::MEASURE_NOMINAL);
     StringValue const single("S");
     EXPECT_EQ(status->GetLabelOfValue(&single), "Single");
-    EXPECT_TRUE(Missing(status, StringValue("?")));
+    StringValue const unknown("?");
+    EXPECT_TRUE(status->IsMissingValue(&unknown));
     ScoreEncoder* encoder = status->GetEncoder();
     ASSERT_NE(encoder, nullptr);
     EXPECT_EQ(encoder->GetNumberOfCategories(), 2);
@@ -99,56 +94,50 @@ TEST_F(KROMDictionaryTest, ReadsVariablesWithTheirParts) {
 }
 
 TEST_F(KROMDictionaryTest, RefusalsNameTheVariable) {
-    std::string const num = "name=\"v\" storage-type=\"NUMERIC\" measurement-level=\"NOMINAL\"";
+    std::string const num = R"(name="v" storage-type="NUMERIC" measurement-level="NOMINAL")";
     std::string const wrap = "Error occurred in process 'variable' : 'v'.";
-    struct Case {
-        std::string xml;
-        std::string refusal;
-    };
-    Case const cases[] = {
+    std::pair<std::string, std::string> const cases[] = {
         {"<dictionary/>", "260283: No child element in Node 'dictionary'."},
         {"<dictionary><var/></dictionary>", "260178: Invalid node 'var', expect 'variable' in 'dictionary'."},
-        {Variable("storage-type=\"STRING\" measurement-level=\"NOMINAL\""),
+        {Variable(R"(storage-type="STRING" measurement-level="NOMINAL")"),
          "260223: Missing the attribute 'name' of 'variable'.Error occurred in process 'variable' : ''."},
-        {Variable("name=\"\" storage-type=\"\" measurement-level=\"NOMINAL\""),
+        {Variable(R"(name="" storage-type="" measurement-level="NOMINAL")"),
          "260223: The 'name' of element 'variable' is null.Error occurred in process 'variable' : ''."},
-        {Variable("name=\"v\" storage-type=\"\" measurement-level=\"NOMINAL\""),
+        {Variable(R"(name="v" storage-type="" measurement-level="NOMINAL")"),
          "260223: The 'storage-type' of element 'variable' is null." + wrap},
         {"<dictionary><variable " + num + "/><variable " + num + "/></dictionary>",
          "260223: Duplicate definition of variable 'v', already in 'dictionary'." + wrap},
-        {Variable("name=\"v\" storage-type=\"STRING\" measurement-level=\"CONTINUOUS\""),
+        {Variable(R"(name="v" storage-type="STRING" measurement-level="CONTINUOUS")"),
          "260223: Conflict setting between the value 'CONTINUOUS' of attribute 'measurement-level' and the "
-         "value "
-         "'STRING' of attribute 'storage-type'." +
+         "value 'STRING' of attribute 'storage-type'." +
              wrap},
-        {Variable("name=\"v\" storage-type=\"NUMERIC\" measurement-level=\"SCALE\""),
+        {Variable(R"(name="v" storage-type="NUMERIC" measurement-level="SCALE")"),
          "260223: Invalid value 'SCALE' of attribute 'measurement-level'." + wrap},
         {Variable(num, "<categories><value/></categories>"),
          "260223: Invalid value 'value' of attribute 'category'." + wrap},
-        {Variable(num, "<categories><category value=\"x\"/></categories>"),
+        {Variable(num, R"(<categories><category value="x"/></categories>)"),
          "260223: The value: 'x' is invalid of type: 'double'." + wrap},
-        {Variable(num, "<missing-values><category value=\"\"/></missing-values>"),
+        {Variable(num, R"(<missing-values><category value=""/></missing-values>)"),
          "260223: The 'value' of element 'category' is null." + wrap},
         {Variable(num, "<missing-values><range/></missing-values>"),
          "260223: Missing minimum 'category' in 'range'." + wrap},
-        {Variable(num, "<missing-values><range><low value=\"1\"/></range></missing-values>"),
+        {Variable(num, R"(<missing-values><range><low value="1"/></range></missing-values>)"),
          "260223: Missing maximum 'category' in 'range'." + wrap},
-        {Variable(num,
-                  "<missing-values><range><low value=\"1\"/><high value=\"\"/></range></missing-values>"),
+        {Variable(num, R"(<missing-values><range><low value="1"/><high value=""/></range></missing-values>)"),
          "260223: Missing the attribute 'value' of 'category'." + wrap},
         {Variable(num, "<extra/>"), "260223: Invalid tag: 'extra'." + wrap},
-        {Variable(num, "<categories/><missing-values><category value=\"1\"/></missing-values>"),
+        {Variable(num, R"(<categories/><missing-values><category value="1"/></missing-values>)"),
          "260223: Required value list for variable: 'v'." + wrap},
         // Only for strings does a missing value win over a category.
-        {Variable("name=\"v\" storage-type=\"STRING\" measurement-level=\"NOMINAL\"",
-                  "<categories><category value=\"a\"/><category value=\"b\"/></categories>"
-                  "<missing-values><category value=\"b\"/></missing-values>"),
+        {Variable(R"(name="v" storage-type="STRING" measurement-level="NOMINAL")",
+                  R"(<categories><category value="a"/><category value="b"/></categories>)"
+                  R"(<missing-values><category value="b"/></missing-values>)"),
          "260223: The '1'th value of variable: 'v' is missing or valid value intersect." + wrap},
-        {Variable(num, "<format-spec width=\"4\"/>"),
+        {Variable(num, R"(<format-spec width="4"/>)"),
          "260223: Invalid value '' of attribute 'decimals'." + wrap},
     };
-    for (Case const& c : cases) {
-        EXPECT_EQ(Refusal([&] { Read(c.xml); }), c.refusal) << c.xml;
+    for (auto const& [xml, refusal] : cases) {
+        EXPECT_EQ(Refusal([&] { Read(xml); }), refusal) << xml;
     }
     EXPECT_EQ(Refusal([&] { translator->ParseDictionary(nullptr); }),
               "260115: Missing node of 'dictionary' element  in 'krom-ml'.");

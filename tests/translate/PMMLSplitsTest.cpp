@@ -16,19 +16,14 @@ class PMMLSplitsTest : public DocumentTest {
   protected:
     void SetUp() override {
         DocumentTest::SetUp();
-        dictionary = Dictionary(
-            "<DataDictionary numberOfFields=\"5\">"
-            "<DataField name=\"x\" optype=\"continuous\"/>"
-            "<DataField name=\"o\" optype=\"ordinal\" dataType=\"string\"><Value value=\"a\"/><Value "
-            "value=\"b\"/>"
-            "<Value value=\"c\"/><Value value=\"d\"/></DataField>"
-            "<DataField name=\"c\" optype=\"categorical\" dataType=\"string\"><Value value=\"x\"/>"
-            "<Value value=\"y\"/><Value value=\"z\"/></DataField>"
-            "<DataField name=\"n\" optype=\"ordinal\"><Value value=\"1\"/><Value value=\"2\"/><Value "
-            "value=\"3\"/>"
-            "</DataField>"
-            "<DataField name=\"e\" optype=\"categorical\" dataType=\"string\"/>"
-            "</DataDictionary>");
+        dictionary = Dictionary(R"(<DataDictionary numberOfFields="5">
+            <DataField name="x" optype="continuous"/>
+            <DataField name="o" optype="ordinal" dataType="string">
+            <Value value="a"/><Value value="b"/><Value value="c"/><Value value="d"/></DataField>
+            <DataField name="c" optype="categorical" dataType="string">
+            <Value value="x"/><Value value="y"/><Value value="z"/></DataField>
+            <DataField name="n" optype="ordinal"><Value value="1"/><Value value="2"/><Value value="3"/></DataField>
+            <DataField name="e" optype="categorical" dataType="string"/></DataDictionary>)");
     }
     void TearDown() override {
         dictionary.reset();
@@ -89,21 +84,20 @@ TEST_F(PMMLSplitsTest, ArrayTokenizer) {
         char const* refusal;
     };
     Case const cases[] = {
-        {"<Array>a b c</Array>", {"a", "b", "c"}, nullptr},
-        {"<Array>  a   b </Array>", {"a", "b"}, nullptr},
-        {"<Array n=\"2\">\"a b\" c</Array>", {"a b", "c"}, nullptr},
-        {"<Array>\"\" x</Array>", {"", "x"}, nullptr},
-        {"<Array>ab\\\"cd e</Array>", {"ab\\\"cd", "e"}, nullptr},
-        {"<Array>\"say \\\"hi\\\"\" x</Array>", {"say \"hi\"", "x"}, nullptr},
+        {"<Array>  a   b c</Array>", {"a", "b", "c"}, nullptr},
+        {R"(<Array n="2">"a b" c</Array>)", {"a b", "c"}, nullptr},
+        {R"(<Array>"" x</Array>)", {"", "x"}, nullptr},
+        {R"(<Array>ab\"cd e</Array>)", {R"(ab\"cd)", "e"}, nullptr},
+        {R"(<Array>"say \"hi\"" x</Array>)", {R"(say "hi")", "x"}, nullptr},
         {"<Array>a\nb c</Array>", {"a\nb", "c"}, nullptr},
-        {"<Array>x \"open end</Array>", {"x", "open end"}, nullptr},
-        {"<Array type=\"real\">1.5 -2e3</Array>", {"1.5", "-2e3"}, nullptr},
-        {"<Array type=\"int\">1 x</Array>", {}, "260151: The value: 'x' is invalid of type: 'integer'."},
-        {"<Array type=\"real\">1 2.</Array>", {}, "260151: The value: '2.' is invalid of type: 'double'."},
-        {"<Array n=\"3\">a b</Array>",
+        {R"(<Array>x "open end</Array>)", {"x", "open end"}, nullptr},
+        {R"(<Array type="real">1.5 -2e3</Array>)", {"1.5", "-2e3"}, nullptr},
+        {R"(<Array type="int">1 x</Array>)", {}, "260151: The value: 'x' is invalid of type: 'integer'."},
+        {R"(<Array type="real">1 2.</Array>)", {}, "260151: The value: '2.' is invalid of type: 'double'."},
+        {R"(<Array n="3">a b</Array>)",
          {},
          "260241: The value: '3' of attribute 'n' does not match the array size: '2'."},
-        {"<Array n=\"two\">a b</Array>", {}, "260151: The value: 'two' is invalid of type: 'integer'."},
+        {R"(<Array n="two">a b</Array>)", {}, "260151: The value: 'two' is invalid of type: 'integer'."},
         {"<Array>  </Array>", {}, "260284: Empty 'Value' in 'Array'."},
         {"<Array/>", {}, "260115: Missing node of 'Array' element  in 'SimpleSetPredicate'."},
     };
@@ -117,12 +111,11 @@ TEST_F(PMMLSplitsTest, ArrayTokenizer) {
 }
 
 TEST_F(PMMLSplitsTest, BackslashCategoryMakesBackslashOrdinary) {
-    auto coded = Dictionary(
-        "<DataDictionary numberOfFields=\"1\"><DataField name=\"s\" optype=\"categorical\" "
-        "dataType=\"string\">"
-        "<Value value=\"\\\"/><Value value=\"q\"/></DataField></DataDictionary>",
-        true);
-    auto* array = Root("<Array>\"\\\" q</Array>");
+    auto coded = Dictionary(R"(<DataDictionary numberOfFields="1">
+        <DataField name="s" optype="categorical" dataType="string"><Value value="\"/><Value value="q"/>
+        </DataField></DataDictionary>)",
+                            true);
+    auto* array = Root(R"(<Array>"\" q</Array>)");
     EXPECT_EQ(translator->GetArrayElements(array, u"string", coded->GetVar("s")),
               (std::vector<std::string>{"\\", "q"}));
     // Without such a category the same text is one quoted element with an escaped quote in it.
@@ -172,7 +165,7 @@ TEST_F(PMMLSplitsTest, PredicateRefusals) {
          "260171: Invalid value of attribute 'operator', expect 'equal' for null string value."},
         {Simple("between", "1"), "260303: Unsupported value 'between' of attribute 'operator'."},
         {Simple("greaterThan"), "260151: The value: '' is invalid of type: 'double'."},
-        {"<SimplePredicate field=\"f\" value=\"1\"/>",
+        {R"(<SimplePredicate field="f" value="1"/>)",
          "260120: Missing the attribute 'operator' of 'SimplePredicate'."},
     };
     for (Case const& c : cases) {
@@ -209,26 +202,26 @@ TEST_F(PMMLSplitsTest, OrdinalComparisonsBecomeCategoryLists) {
 }
 
 TEST_F(PMMLSplitsTest, EncodedVariablesSplitOnCodes) {
-    dictionary = Dictionary(
-        "<DataDictionary numberOfFields=\"1\"><DataField name=\"o\" optype=\"ordinal\" dataType=\"string\">"
-        "<Value value=\"a\"/><Value value=\"b\"/><Value value=\"c\"/></DataField></DataDictionary>",
-        true);
+    dictionary = Dictionary(R"(<DataDictionary numberOfFields="1">
+        <DataField name="o" optype="ordinal" dataType="string"><Value value="a"/><Value value="b"/><Value value="c"/>
+        </DataField></DataDictionary>)",
+                            true);
     auto band = Discrete("o", Simple("lessOrEqual", "b"));
     EXPECT_TRUE(Texts(*band).empty());
     EXPECT_EQ(band->GetSplitChildIndex(0.0), 0);
     EXPECT_EQ(band->GetSplitChildIndex(1.0), 0);
     EXPECT_EQ(band->GetSplitChildIndex(2.0), -1);
-    auto set = Set("o", "isNotIn", "<Array type=\"string\">a</Array>");
+    auto set = Set("o", "isNotIn", R"(<Array type="string">a</Array>)");
     EXPECT_EQ(set->GetSplitChildIndex(0.0), -1);
     EXPECT_EQ(set->GetSplitChildIndex(2.0), 0);
 }
 
 TEST_F(PMMLSplitsTest, SetPredicates) {
-    EXPECT_EQ(Texts(*Set("c", "isIn", "<Array type=\"string\">x z</Array>")),
+    EXPECT_EQ(Texts(*Set("c", "isIn", R"(<Array type="string">x z</Array>)")),
               (std::vector<std::string>{"x", "z"}));
     EXPECT_EQ(Texts(*Set("c", "isNotIn", "<Array>x</Array>")), (std::vector<std::string>{"y", "z"}));
     EXPECT_TRUE(Texts(*Set("c", "isNotIn", "<Array>z y x</Array>")).empty());
-    EXPECT_EQ(Texts(*Set("n", "isIn", "<Array type=\"int\">3 1</Array>")),
+    EXPECT_EQ(Texts(*Set("n", "isIn", R"(<Array type="int">3 1</Array>)")),
               (std::vector<std::string>{"3", "1"}));
     EXPECT_EQ(numbers, (std::vector<double>{3, 1}));
     // A variable that declared no categories learns them from the array.
@@ -242,7 +235,7 @@ TEST_F(PMMLSplitsTest, SetPredicates) {
         char const* refusal;
     };
     Case const cases[] = {
-        {"c", "isIn", "<Array type=\"real\">1</Array>",
+        {"c", "isIn", R"(<Array type="real">1</Array>)",
          "260222: Error occurred in process the value 'real' of attribute 'type'."},
         {"n", "isIn", "<Array>1</Array>",
          "260222: Error occurred in process the value '' of attribute 'type'."},

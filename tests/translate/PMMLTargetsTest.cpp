@@ -4,8 +4,6 @@
 
 #include "DocumentTestSupport.h"
 #include "vantry/factory/ResultVar.h"
-#include "vantry/values/ScoreValue.h"
-#include "vantry/values/ValueLabel.h"
 #include "vantry/values/ValueProbability.h"
 
 using namespace QXVantry_920;
@@ -17,15 +15,13 @@ class PMMLTargetsTest : public DocumentTest {
   protected:
     void SetUp() override {
         DocumentTest::SetUp();
-        dictionary = Dictionary(
-            "<DataDictionary numberOfFields=\"4\">"
-            "<DataField name=\"y\" optype=\"continuous\"/>"
-            "<DataField name=\"c\" optype=\"categorical\" dataType=\"string\"><Value value=\"a\" "
-            "displayValue=\"Alpha\"/></DataField>"
-            "<DataField name=\"n\" optype=\"ordinal\"/>"
-            "<DataField name=\"f\" optype=\"categorical\" dataType=\"string\">"
-            "<Extension name=\"measure\" value=\"flag\"/></DataField>"
-            "</DataDictionary>");
+        dictionary = Dictionary(R"(<DataDictionary numberOfFields="4">
+            <DataField name="y" optype="continuous"/>
+            <DataField name="c" optype="categorical" dataType="string"><Value value="a" displayValue="Alpha"/>
+            </DataField>
+            <DataField name="n" optype="ordinal"/>
+            <DataField name="f" optype="categorical" dataType="string"><Extension name="measure" value="flag"/>
+            </DataField></DataDictionary>)");
     }
     void TearDown() override {
         dictionary.reset();
@@ -34,14 +30,6 @@ class PMMLTargetsTest : public DocumentTest {
 
     bool Targets(std::string const& targets) {
         return translator->HandleTargets(Root(targets), dictionary.get());
-    }
-
-    std::vector<std::string> Labels(char const* name) {
-        std::vector<std::string> texts;
-        for (ScoreValueLabel* label : dictionary->GetVar(name)->GetValueLabels()->GetAllValueLabels()) {
-            texts.push_back(ScoreValue::TextOf(*label->GetValue()) + "=" + label->GetLabel());
-        }
-        return texts;
     }
 
     std::unique_ptr<ScoreDictionary> dictionary;
@@ -55,10 +43,10 @@ std::string Output(std::string const& fields) {
 
 TEST_F(PMMLTargetsTest, ResultFieldsBecomeResultVariables) {
     std::unique_ptr<ScoreDictionary> results(translator->ParseResultDictionary(Root(Output(
-        "<ResultField name=\"p\" displayName=\"\" optype=\"categorical\" dataType=\"string\" "
-        "feature=\"categorical\" value=\"yes\"/>"
-        "<Group><ResultField name=\"q\" optype=\"continuous\" dataType=\"integer\" feature=\"\"/></Group>"
-        "<ResultField name=\"p\" displayName=\"Second\" feature=\"probability\"/>"))));
+        R"(<ResultField name="p" displayName="" optype="categorical" dataType="string" feature="categorical")"
+        R"( value="yes"/>)"
+        R"(<Group><ResultField name="q" optype="continuous" dataType="integer" feature=""/></Group>)"
+        R"(<ResultField name="p" displayName="Second" feature="probability"/>)"))));
     ASSERT_NE(results, nullptr);
     EXPECT_EQ(results->Size(), 2);
     auto* p = dynamic_cast<ResultVar*>(results->GetVar("p"));
@@ -80,24 +68,19 @@ TEST_F(PMMLTargetsTest, ResultFieldsBecomeResultVariables) {
 }
 
 TEST_F(PMMLTargetsTest, ResultFieldRefusals) {
-    struct Case {
-        std::string field;
-        std::string refusal;
-    };
-    Case const cases[] = {
-        {"<ResultField name=\"p\"/>", "260120: Missing the attribute 'feature' of 'ResultField'."},
-        {"<ResultField name=\"\" feature=\"\"/>", "260285: The 'name' of element 'ResultField' is null."},
-        {"<ResultField name=\"p\" optype=\"nominal\" feature=\"\"/>",
+    std::pair<char const*, char const*> const cases[] = {
+        {R"(<ResultField name="p"/>)", "260120: Missing the attribute 'feature' of 'ResultField'."},
+        {R"(<ResultField name="" feature=""/>)", "260285: The 'name' of element 'ResultField' is null."},
+        {R"(<ResultField name="p" optype="nominal" feature=""/>)",
          "260152: Invalid value 'nominal' of attribute 'optype'."},
-        {"<ResultField name=\"p\" feature=\"reasonCode\"/>",
+        {R"(<ResultField name="p" feature="reasonCode"/>)",
          "260153: Invalid value: 'reasonCode' of attribute 'feature' in 'ResultField'."},
         // A failure after earlier fields were added frees them with the dictionary.
-        {"<ResultField name=\"a\" feature=\"\"/><ResultField name=\"a\" feature=\"bad\"/>",
+        {R"(<ResultField name="a" feature=""/><ResultField name="a" feature="bad"/>)",
          "260153: Invalid value: 'bad' of attribute 'feature' in 'ResultField'."},
     };
-    for (Case const& c : cases) {
-        EXPECT_EQ(Refusal([&] { delete translator->ParseResultDictionary(Root(Output(c.field))); }),
-                  c.refusal);
+    for (auto const& [field, refusal] : cases) {
+        EXPECT_EQ(Refusal([&] { delete translator->ParseResultDictionary(Root(Output(field))); }), refusal);
     }
     EXPECT_EQ(Refusal([&] { translator->ParseResultDictionary(nullptr); }),
               "260114: Missing node: 'ResultField'.");
@@ -105,48 +88,44 @@ TEST_F(PMMLTargetsTest, ResultFieldRefusals) {
 
 TEST_F(PMMLTargetsTest, TargetsAddCategoriesPriorsAndDefaults) {
     EXPECT_TRUE(translator->HandleTargets(nullptr, dictionary.get()));
-    EXPECT_TRUE(
-        Targets("<Targets><Other/>"
-                "<Target field=\"y\" optype=\"continuous\"><TargetValue defaultValue=\"2.5\"/>"
-                "<TargetValue defaultValue=\"9\"/></Target>"
-                "<Target field=\"c\" optype=\"\"><TargetValue value=\"a\" displayValue=\"Other\" "
-                "priorProbability=\"0.25\"/>"
-                "<TargetValue value=\"b\" priorProbability=\"0.75\"/></Target>"
-                "<Target field=\"n\" optype=\"ordinal\"><TargetValue value=\"3\"/></Target>"
-                "<Target field=\"f\" optype=\"categorical\"/>"
-                "</Targets>"));
+    EXPECT_TRUE(Targets(R"(<Targets><Other/>
+        <Target field="y" optype="continuous"><TargetValue defaultValue="2.5"/><TargetValue defaultValue="9"/>
+        </Target>
+        <Target field="c" optype=""><TargetValue value="a" displayValue="Other" priorProbability="0.25"/>
+        <TargetValue value="b" priorProbability="0.75"/></Target>
+        <Target field="n" optype="ordinal"><TargetValue value="3"/></Target>
+        <Target field="f" optype="categorical"/></Targets>)"));
     EXPECT_DOUBLE_EQ(dictionary->GetVar("y")->GetDefValue()->GetDouble(), 2.5);
     // An existing label stays; a new value is added behind it.
-    EXPECT_EQ(Labels("c"), (std::vector<std::string>{"a=Alpha", "b=b"}));
+    EXPECT_EQ(CategoryTexts(dictionary->GetVar("c")), (std::vector<std::string>{"a=Alpha", "b=b"}));
     ScoreValueProbabilitySet const* priors = dictionary->GetVar("c")->GetValueProbabilities();
     ASSERT_NE(priors, nullptr);
     StringValue const b("b");
     EXPECT_DOUBLE_EQ(priors->GetProbabilityOfValue(&b), 0.75);
-    EXPECT_EQ(Labels("n"), (std::vector<std::string>{"3=3"}));
+    EXPECT_EQ(CategoryTexts(dictionary->GetVar("n")), (std::vector<std::string>{"3=3"}));
     EXPECT_EQ(dictionary->GetVar("n")->GetValueProbabilities(), nullptr);
     EXPECT_EQ(dictionary->GetVar("f")->GetValueLabels(), nullptr);
 }
 
 TEST_F(PMMLTargetsTest, BadTargetsAnswerFalseAndKeepWhatWasApplied) {
     char const* const bad[] = {
-        "<Target field=\"nothere\" optype=\"\"/>",
-        "<Target field=\"y\" optype=\"categorical\"/>",
-        "<Target field=\"y\" optype=\"nominal\"/>",
-        "<Target field=\"\" optype=\"\"/>",
-        "<Target field=\"y\"/>",
-        "<Target field=\"n\" optype=\"\"><TargetValue value=\"\"/></Target>",
-        "<Target field=\"n\" optype=\"\"><TargetValue value=\"x\"/></Target>",
-        "<Target field=\"c\" optype=\"\"><TargetValue value=\"z\" priorProbability=\"p\"/></Target>",
-        "<Target field=\"n\" optype=\"\"><TargetValue value=\"1\"/><TargetValue value=\"1.0\"/></Target>",
+        R"(<Target field="nothere" optype=""/>)",
+        R"(<Target field="y" optype="categorical"/>)",
+        R"(<Target field="y" optype="nominal"/>)",
+        R"(<Target field="" optype=""/>)",
+        R"(<Target field="y"/>)",
+        R"(<Target field="n" optype=""><TargetValue value=""/></Target>)",
+        R"(<Target field="n" optype=""><TargetValue value="x"/></Target>)",
+        R"(<Target field="c" optype=""><TargetValue value="z" priorProbability="p"/></Target>)",
+        R"(<Target field="n" optype=""><TargetValue value="1"/><TargetValue value="1.0"/></Target>)",
     };
     for (char const* target : bad) {
         EXPECT_FALSE(Targets(std::string("<Targets>") + target + "</Targets>")) << target;
     }
     // A flag variable gets its labels before the count is refused; an earlier target stays applied.
-    EXPECT_FALSE(
-        Targets("<Targets><Target field=\"y\" optype=\"\"><TargetValue defaultValue=\"1\"/></Target>"
-                "<Target field=\"f\" optype=\"\"><TargetValue value=\"1\"/><TargetValue value=\"2\"/>"
-                "<TargetValue value=\"3\"/></Target></Targets>"));
+    EXPECT_FALSE(Targets(R"(<Targets><Target field="y" optype=""><TargetValue defaultValue="1"/></Target>
+        <Target field="f" optype=""><TargetValue value="1"/><TargetValue value="2"/><TargetValue value="3"/>
+        </Target></Targets>)"));
     EXPECT_DOUBLE_EQ(dictionary->GetVar("y")->GetDefValue()->GetDouble(), 1.0);
     EXPECT_EQ(dictionary->GetVar("f")->GetNumberOfCats(), 3);
 }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "vantry/translate/DocumentSupport.h"
+#include "vantry/values/MissingValueSet.h"
 #include "vantry/values/ScoreDictVar.h"
 #include "vantry/values/ScoreEncoder.h"
 #include "vantry/values/ScoreSplitVar.h"
@@ -20,6 +21,33 @@ bool IsCategorical(ScoreDictVar const* variable) {
 }
 
 }  // namespace
+
+bool LevelOfOptype(std::string const& optype, ScoreDictVar::MeasureLevel& level) {
+    if (optype == "continuous") {
+        level = ScoreDictVar::MEASURE_CONTINUOUS;
+    } else if (optype == "categorical") {
+        level = ScoreDictVar::MEASURE_NOMINAL;
+    } else if (optype == "ordinal") {
+        level = ScoreDictVar::MEASURE_ORDINAL;
+    } else {
+        return false;
+    }
+    return true;
+}
+
+std::vector<ScoreValueLabel*> const& RequiredLabels(ScoreDictVar const* variable) {
+    ScoreValueLabelSet const* labels = variable->GetValueLabels();
+    if (labels == nullptr) {
+        ThrowDocumentError(260126, {variable->GetName()});
+    }
+    return labels->GetAllValueLabels();
+}
+
+void AddMissingRange(ScoreMissingValueSet* set, std::unique_ptr<ScoreValueRange> range) {
+    if (set->Add(range.get())) {
+        range.release();
+    }
+}
 
 bool IsNumericVariable(ScoreDictVar const* variable) {
     return variable->GetVarType() == ScoreDictVar::kNUMERIC_VAR;

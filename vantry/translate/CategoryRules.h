@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "vantry/values/ScoreDictVar.h"
 #include "vantry/values/ScoreDictionary.h"
@@ -12,7 +13,19 @@
 namespace QXVantry_920 {
 
 class DiscreteSplit;
+class ScoreMissingValueSet;
 class ScoreValue;
+class ScoreValueLabel;
+class ScoreValueRange;
+
+// The measure level of a PMML optype: "continuous", "categorical" or "ordinal"; false for another text.
+bool LevelOfOptype(std::string const& optype, ScoreDictVar::MeasureLevel& level);
+
+// The categories of a variable that must have some: 260126 with its name when it has no value labels.
+std::vector<ScoreValueLabel*> const& RequiredLabels(ScoreDictVar const* variable);
+
+// Adds a range to a missing-value set; a range equal to one the set holds already is dropped.
+void AddMissingRange(ScoreMissingValueSet* set, std::unique_ptr<ScoreValueRange> range);
 
 // Gives an ordinal or nominal variable a category encoder, if it has none, and adds its categories to
 // it in declaration order: a string encoder (with the variable's text flags) for a variable of any type

@@ -5,6 +5,7 @@
 
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMNode.hpp>
+#include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
 #include "vantry/diagnostics/VTException.h"
@@ -52,6 +53,14 @@ std::string TranscodeText(VantryTranscoder* transcoder, XMLCh const* text) {
         return std::string();
     }
     return transcoder != nullptr ? transcoder->transcodeTo(text) : NarrowText(text);
+}
+
+int ParseIntAttribute(VantryTranscoder* transcoder, XMLCh const* text, char const* attribute) {
+    try {
+        return XMLString::parseInt(text);
+    } catch (XMLException const&) {
+        ThrowDocumentError(260152, {TranscodeText(transcoder, text), attribute});
+    }
 }
 
 DOMElement* AsElement(DOMNode* node) {

@@ -28,6 +28,11 @@ class VTException;
 // parser's default transcoding. Null gives the empty string.
 std::string TranscodeText(VantryTranscoder* transcoder, XMLCh const* text);
 
+// An integer attribute read by the parser's own rules (XMLString::parseInt). A text that the parser
+// refuses, the empty one included, fails 260152 with the text and the attribute's name, so that no
+// parser exception reaches the host.
+int ParseIntAttribute(VantryTranscoder* transcoder, XMLCh const* text, char const* attribute);
+
 // The node as an element, or null when it is not one.
 XERCES_CPP_NAMESPACE::DOMElement* AsElement(XERCES_CPP_NAMESPACE::DOMNode* node);
 

@@ -4,8 +4,6 @@
 
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMNode.hpp>
-#include <xercesc/util/XMLException.hpp>
-#include <xercesc/util/XMLString.hpp>
 
 #include "vantry/diagnostics/VTException.h"
 #include "vantry/translate/CategoryRules.h"
@@ -63,16 +61,6 @@ double ReadStatistic(DOMElement const* element, char const* name) {
     }
 }
 
-// An attribute of "format-spec" read as an integer by the parser's own rules.
-int ReadFormatNumber(DOMElement const* element, char const* name) {
-    XMLCh const* text = BaseTranslator::GetAttribute(element, name);
-    try {
-        return XMLString::parseInt(text);
-    } catch (XMLException const&) {
-        ThrowDocumentError(260152, {TranscodeText(nullptr, text), name});
-    }
-}
-
 // The "value" of an element of "missing-values"; an empty one fails with the code given.
 XMLCh const* RequiredMissingValue(DOMElement const* element, int emptyCode) {
     XMLCh const* text = BaseTranslator::GetAttributeForced(element, kValue);
@@ -80,12 +68,6 @@ XMLCh const* RequiredMissingValue(DOMElement const* element, int emptyCode) {
         ThrowDocumentError(emptyCode, {kValue, kCategory});
     }
     return text;
-}
-
-void AddMissingRange(MissingValueSet* set, std::unique_ptr<Range> range) {
-    if (set->Add(range.get())) {
-        range.release();
-    }
 }
 
 }  // namespace
@@ -113,6 +95,7 @@ ScoreDictionary* KROMTranslator::ParseDictionary(DOMElement* dictionaryElement) 
             std::unique_ptr<ScoreDictVar> variable = ParseVariable(AsElement(child), dictionary.get(), name);
             AddToDictionary(dictionary.get(), name, variable);
         } catch (VTException const& caught) {
+            // The variable in hand and the dictionary are freed on the way out, and not left behind.
             RethrowWithMessage(caught, 260223, {kVariable, name});
         }
     }
@@ -175,8 +158,8 @@ std::unique_ptr<ScoreDictVar> KROMTranslator::ParseVariable(DOMElement* element,
                 std::move(stats), [&variable] { return variable->GetVarStats(); },
                 [&variable](ScoreVarStats* fresh) { variable->SetVarStats(fresh); });
         } else if (HasName(child, kFormatSpec)) {
-            variable->SetDecimal(ReadFormatNumber(part, kDecimals));
-            variable->SetWidth(ReadFormatNumber(part, kWidth));
+            variable->SetDecimal(ParseIntAttribute(fTranscoder, GetAttribute(part, kDecimals), kDecimals));
+            variable->SetWidth(ParseIntAttribute(fTranscoder, GetAttribute(part, kWidth), kWidth));
         } else {
             ThrowDocumentError(260154, {NameOf(child)});
         }

@@ -9,7 +9,6 @@
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMNode.hpp>
 #include <xercesc/dom/DOMNodeList.hpp>
-#include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
 #include "vantry/translate/CategoryRules.h"
@@ -61,10 +60,7 @@ bool ReadInvalidRange(std::string const& name, XMLCh const* value, FieldValues& 
 
 // Adds a single value to the missing set; a value the set holds already is dropped.
 void AddMissingValue(FieldValues& values, std::unique_ptr<ScoreValue> value) {
-    auto range = std::make_unique<Range>(value.release());
-    if (values.missing->Add(range.get())) {
-        range.release();
-    }
+    AddMissingRange(values.missing.get(), std::make_unique<Range>(value.release()));
     values.haveMissing = true;
 }
 
@@ -78,29 +74,6 @@ bool FindValidInvalid(FieldValues const& values, std::size_t& invalidIndex, std:
         }
     }
     return false;
-}
-
-ScoreDictVar::MeasureLevel LevelOfOptype(std::string const& optype, bool& known) {
-    known = true;
-    if (optype == "continuous") {
-        return ScoreDictVar::MEASURE_CONTINUOUS;
-    }
-    if (optype == "categorical") {
-        return ScoreDictVar::MEASURE_NOMINAL;
-    }
-    if (optype == "ordinal") {
-        return ScoreDictVar::MEASURE_ORDINAL;
-    }
-    known = false;
-    return ScoreDictVar::MEASURE_CONTINUOUS;
-}
-
-std::vector<ScoreValueLabel*> const& RequiredLabels(ScoreDictVar const* variable) {
-    ScoreValueLabelSet const* labels = variable->GetValueLabels();
-    if (labels == nullptr) {
-        ThrowDocumentError(260126, {variable->GetName()});
-    }
-    return labels->GetAllValueLabels();
 }
 
 // Appends a valid category with its label: "displayValue" when given, the value's text otherwise.
@@ -141,12 +114,7 @@ ScoreDictionary* PMMLTranslator::ParseDictionary(DOMNode* node, bool encoders) {
     if (IsEmptyText(declared)) {
         ThrowDocumentError(260285, {"numberOfFields", "DataDictionary"});
     }
-    int number = 0;
-    try {
-        number = XMLString::parseInt(declared);
-    } catch (XMLException const&) {
-        ThrowDocumentError(260152, {TranscodeText(fTranscoder, declared), "numberOfFields"});
-    }
+    int const number = ParseIntAttribute(fTranscoder, declared, "numberOfFields");
     if (number != fieldCount) {
         ThrowDocumentError(260242, {std::to_string(number), "numberOfFields", std::to_string(fieldCount),
                                     "DataField", "DataDictionary"});
@@ -174,9 +142,8 @@ std::unique_ptr<ScoreDictVar> PMMLTranslator::ParseDataField(DOMElement* field, 
         ThrowDocumentError(260285, {"optype", "DataField"});
     }
     std::string const optype = TranscodeText(fTranscoder, optypeText);
-    bool known = false;
-    ScoreDictVar::MeasureLevel const level = LevelOfOptype(optype, known);
-    if (!known) {
+    ScoreDictVar::MeasureLevel level = ScoreDictVar::MEASURE_CONTINUOUS;
+    if (!LevelOfOptype(optype, level)) {
         ThrowDocumentError(260152, {optype, "optype"});
     }
     variable->SetMLevel(level);
@@ -460,12 +427,6 @@ std::unique_ptr<Range> NumericRange(double low, double high, bool lowEnd, bool h
     return std::make_unique<Range>(new NumericValue(low), new NumericValue(high), lowEnd, highEnd);
 }
 
-void AddRange(ScoreMissingValueSet* set, std::unique_ptr<Range> range) {
-    if (set->Add(range.get())) {
-        range.release();
-    }
-}
-
 }  // namespace
 
 void PMMLTranslator::handleInterval(ScoreDictVar* /*variable*/, DOMNode* interval, ScoreMissingValueSet* set,
@@ -477,24 +438,24 @@ void PMMLTranslator::handleInterval(ScoreDictVar* /*variable*/, DOMNode* interva
     bool rightClosed = false;
     ReadClosure(element, leftClosed, rightClosed);
     // A closed margin moves outward a little, so that the margin itself stays out of the complement.
-    if (left != -kInfinity && leftClosed) {
+    if (std::isfinite(left) && leftClosed) {
         left -= std::abs(left) * 1e-15;
     }
-    if (right != kInfinity && rightClosed) {
+    if (std::isfinite(right) && rightClosed) {
         right += std::abs(right) * 1e-15;
     }
     bool const leftOpen = !leftClosed;
     bool const rightOpen = !rightClosed;
     // The set holds missing values, so the complement of the valid interval goes in.
     if (left == -kInfinity) {
-        AddRange(set, NumericRange(right, kInfinity, rightOpen, true));
+        AddMissingRange(set, NumericRange(right, kInfinity, rightOpen, true));
     } else if (right == kInfinity) {
-        AddRange(set, NumericRange(-kInfinity, left, rightOpen, true));
+        AddMissingRange(set, NumericRange(-kInfinity, left, rightOpen, true));
     } else {
         std::unique_ptr<Range> below = NumericRange(-kInfinity, left, true, leftOpen);
         std::unique_ptr<Range> above = NumericRange(right, kInfinity, rightOpen, true);
-        AddRange(set, std::move(below));
-        AddRange(set, std::move(above));
+        AddMissingRange(set, std::move(below));
+        AddMissingRange(set, std::move(above));
     }
 }
 
@@ -508,7 +469,7 @@ void PMMLTranslator::handleTreeInterval(DOMNode* interval, ScoreMissingValueSet*
     bool leftClosed = false;
     bool rightClosed = false;
     ReadClosure(element, leftClosed, rightClosed);
-    AddRange(set, NumericRange(left, right, leftClosed, rightClosed));
+    AddMissingRange(set, NumericRange(left, right, leftClosed, rightClosed));
 }
 
 bool PMMLTranslator::HandleKROMMissingInterval(ScoreMissingValueSet* set, int mask, double lower,
@@ -519,7 +480,7 @@ bool PMMLTranslator::HandleKROMMissingInterval(ScoreMissingValueSet* set, int ma
         case 1:
         case 10:
         case 11:
-            AddRange(set, std::make_unique<Range>(lower, upper, true, true));
+            AddMissingRange(set, std::make_unique<Range>(lower, upper, true, true));
             return true;
         default:
             ThrowDocumentError(260272, {"invalidRangeLower, invalidRangeUpper", "Value"});

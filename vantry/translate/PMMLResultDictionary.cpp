@@ -24,20 +24,6 @@ namespace QXVantry_920 {
 
 namespace {
 
-// The measure level of an optype text, as the data dictionary spells them; false for another text.
-bool LevelOfOptype(std::string const& optype, ScoreDictVar::MeasureLevel& level) {
-    if (optype == "continuous") {
-        level = ScoreDictVar::MEASURE_CONTINUOUS;
-    } else if (optype == "categorical") {
-        level = ScoreDictVar::MEASURE_NOMINAL;
-    } else if (optype == "ordinal") {
-        level = ScoreDictVar::MEASURE_ORDINAL;
-    } else {
-        return false;
-    }
-    return true;
-}
-
 DOMNodeList* ResultFieldsOf(DOMNode* node) {
     if (node != nullptr && node->getNodeType() == DOMNode::DOCUMENT_NODE) {
         return BaseTranslator::GetElementsByTagName(static_cast<DOMDocument const*>(node), "ResultField");

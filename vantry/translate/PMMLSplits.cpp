@@ -64,14 +64,6 @@ void RequireEqualForEmptyValue(std::string const& op) {
     }
 }
 
-ScoreValueLabelSet const* RequiredLabelSet(ScoreDictVar const* variable) {
-    ScoreValueLabelSet const* labels = variable->GetValueLabels();
-    if (labels == nullptr) {
-        ThrowDocumentError(260126, {NameOfVariable(variable)});
-    }
-    return labels;
-}
-
 std::unique_ptr<ScoreValue> SplitValue(ScoreDictVar const* variable, std::string const& text) {
     if (variable->IsString()) {
         return std::make_unique<StringValue>(text);
@@ -247,7 +239,7 @@ DiscreteSplit* PMMLTranslator::HandleNodeDiscreteSplit(DOMNode* node, ScoreDictV
                 // Missing; an ordinal variable still has all its categories entered below.
                 markMissing();
             } else {
-                std::vector<ScoreValueLabel*> const& labels = RequiredLabelSet(variable)->GetAllValueLabels();
+                std::vector<ScoreValueLabel*> const& labels = RequiredLabels(variable);
                 valueInHand = std::any_of(labels.begin(), labels.end(), [](ScoreValueLabel const* label) {
                     return label != nullptr && label->GetValue() != nullptr &&
                            ScoreValue::TextOf(*label->GetValue()).empty();
@@ -281,7 +273,7 @@ DiscreteSplit* PMMLTranslator::HandleNodeDiscreteSplit(DOMNode* node, ScoreDictV
     if (variable->GetMLevel() != ScoreDictVar::MEASURE_ORDINAL || !expand) {
         return split.release();
     }
-    RequiredLabelSet(variable);
+    RequiredLabels(variable);
     for (int i = low; i <= high; ++i) {
         if (i != skip) {
             EnterCategory(variable, split.get(), i);
@@ -297,7 +289,7 @@ void PMMLTranslator::SetDiscreteSplitValue(ScoreDictVar const* variable, Discret
     }
     std::string const narrow = TranscodeText(fTranscoder, text);
     std::unique_ptr<ScoreValue> value = SplitValue(variable, narrow);
-    RequiredLabelSet(variable);
+    RequiredLabels(variable);
     if (!variable->IsValidValue(value.get())) {
         bool learned = false;
         if (variable->IsEmptyCateValues()) {
@@ -432,7 +424,7 @@ std::vector<std::string> PMMLTranslator::Remove(ScoreDictVar const* variable, st
         }
     }
     std::vector<std::string> entries;
-    for (ScoreValueLabel const* label : RequiredLabelSet(variable)->GetAllValueLabels()) {
+    for (ScoreValueLabel const* label : RequiredLabels(variable)) {
         if (label != nullptr && label->GetValue() != nullptr) {
             entries.push_back(ScoreValue::TextOf(*label->GetValue()));
         }
