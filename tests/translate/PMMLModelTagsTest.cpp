@@ -1,3 +1,5 @@
+// The tag vocabulary is checked through what a plug-in sees: each constant is found by its linker name in
+// the library and compared with the expected text of tests/fixtures/pmml_model_tags.tsv.
 #include <dlfcn.h>
 #include <elf.h>
 #include <link.h>
@@ -6,860 +8,51 @@
 
 #include <cstring>
 #include <set>
+#include <sstream>
 #include <string>
+#include <vector>
 
+#include "tests/translate/DocumentTestSupport.h"
 #include "vantry/translate/PMMLModelTags.h"
 
 using QXVantry_920::PMMLModelTags;
 
 namespace {
 
-struct TagCase {
-    const char* name;
-    const char* constant;
-    const char* expected;
+struct Tag {
+    std::string name;
+    std::string text;
 };
 
-#define TAG(name, text) \
-    { #name, PMMLModelTags::name, text }
+std::vector<Tag> ExpectedTags() {
+    std::vector<Tag> tags;
+    std::istringstream lines(vantry_test::ReadFixture("pmml_model_tags.tsv"));
+    std::string line;
+    while (std::getline(lines, line)) {
+        std::string::size_type tab = line.find('\t');
+        if (line.empty() || line[0] == '#' || tab == std::string::npos) {
+            continue;
+        }
+        tags.push_back({line.substr(0, tab), line.substr(tab + 1)});
+    }
+    return tags;
+}
 
-// Every constant with the text documents carry for it, in the order of the vocabulary.
-const TagCase kTags[] = {
-    TAG(XML_ATT_ABSDIFF, "absDiff"),
-    TAG(XML_ATT_ACTIVATION, "activationFunction"),
-    TAG(XML_ATT_ADDITIVE, "additive"),
-    TAG(XML_ATT_ALPHA, "alpha"),
-    TAG(XML_ATT_APPLY_FUNCTION, "function"),
-    TAG(XML_ATT_ARIMA, "ARIMA"),
-    TAG(XML_ATT_ARRAY_N, "n"),
-    TAG(XML_ATT_ARRAY_TYPE, "type"),
-    TAG(XML_ATT_ASIS, "asIs"),
-    TAG(XML_ATT_ASMISSING, "asMissing"),
-    TAG(XML_ATT_BASELINESTRATAVARIABLE, "baselineStrataVariable"),
-    TAG(XML_ATT_BESTFIT, "bestFit"),
-    TAG(XML_ATT_BINVALUE, "binValue"),
-    TAG(XML_ATT_BOOLEANOPERATOR, "booleanOperator"),
-    TAG(XML_ATT_CATEGORY, "Category"),
-    TAG(XML_ATT_CLUSTERING_ID, "id"),
-    TAG(XML_ATT_COEFFICIENT, "coefficient"),
-    TAG(XML_ATT_COMPAREFUNCTION, "compareFunction"),
-    TAG(XML_ATT_CONFIDENCE, "confidence"),
-    TAG(XML_ATT_CONFROM, "from"),
-    TAG(XML_ATT_CONWEIGHT, "weight"),
-    TAG(XML_ATT_COORD1, "coord1"),
-    TAG(XML_ATT_COORD2, "coord2"),
-    TAG(XML_ATT_COST_TYPE, "type"),
-    TAG(XML_ATT_COUNT, "count"),
-    TAG(XML_ATT_CUBICSMOOTHEDVALUE, "cubicSmoothedValue"),
-    TAG(XML_ATT_CUBICSPLINE, "cubicSpline"),
-    TAG(XML_ATT_DAMPEDADDITIVE, "damped_additive"),
-    TAG(XML_ATT_DAMPEDMULTIPLICATIVE, "damped_multiplicative"),
-    TAG(XML_ATT_DATADICT_NUMBEROFFIELDS, "numberOfFields"),
-    TAG(XML_ATT_DATAFIELD_DISPLAYNAME, "displayName"),
-    TAG(XML_ATT_DATAFIELD_ISCYCLIC, "isCyclic"),
-    TAG(XML_ATT_DATAFIELD_NAME, "name"),
-    TAG(XML_ATT_DATAFIELD_OPTYPE, "optype"),
-    TAG(XML_ATT_DATATYPE, "dataType"),
-    TAG(XML_ATT_DATEDAYSSINCE0, "dateDaysSince[0]"),
-    TAG(XML_ATT_DATEDAYSSINCE1960, "dateDaysSince[1960]"),
-    TAG(XML_ATT_DATEDAYSSINCE1970, "dateDaysSince[1970]"),
-    TAG(XML_ATT_DATEDAYSSINCE1980, "dateDaysSince[1980]"),
-    TAG(XML_ATT_DATEMONTHSSINCE0, "dateMonthsSince[0]"),
-    TAG(XML_ATT_DATEMONTHSSINCE1960, "dateMonthsSince[1960]"),
-    TAG(XML_ATT_DATEMONTHSSINCE1970, "dateMonthsSince[1970]"),
-    TAG(XML_ATT_DATEMONTHSSINCE1980, "dateMonthsSince[1980]"),
-    TAG(XML_ATT_DATETIMEMILLISECDONDSSINCE0, "dateTimeMillisecdondsSince[0]"),
-    TAG(XML_ATT_DATETIMEMILLISECDONDSSINCE1960, "dateTimeMillisecdondsSince[1960]"),
-    TAG(XML_ATT_DATETIMEMILLISECDONDSSINCE1970, "dateTimeMillisecdondsSince[1970]"),
-    TAG(XML_ATT_DATETIMEMILLISECDONDSSINCE1980, "dateTimeMillisecdondsSince[1980]"),
-    TAG(XML_ATT_DATETIMESECDONDSSINCE0, "dateTimeSecdondsSince[0]"),
-    TAG(XML_ATT_DATETIMESECDONDSSINCE1960, "dateTimeSecdondsSince[1960]"),
-    TAG(XML_ATT_DATETIMESECDONDSSINCE1970, "dateTimeSecdondsSince[1970]"),
-    TAG(XML_ATT_DATETIMESECDONDSSINCE1980, "dateTimeSecdondsSince[1980]"),
-    TAG(XML_ATT_DATEYEARSSINCE0, "dateYearsSince[0]"),
-    TAG(XML_ATT_DEFAULTCHILD, "defaultChild"),
-    TAG(XML_ATT_DEFAULTVALUE, "defaultValue"),
-    TAG(XML_ATT_DELTA, "delta"),
-    TAG(XML_ATT_DISTANCE, "distance"),
-    TAG(XML_ATT_DL_ALGNAME, "DecisionList"),
-    TAG(XML_ATT_DOUBLEEXPONENTIAL, "double_exponential"),
-    TAG(XML_ATT_ENDTIME, "endTime"),
-    TAG(XML_ATT_EQUAL, "equal"),
-    TAG(XML_ATT_EXCLUDE, "exclude"),
-    TAG(XML_ATT_EXCLUDEFROMTO, "excludeFromTo"),
-    TAG(XML_ATT_EXCLUDESET, "excludeSet"),
-    TAG(XML_ATT_EXPONENT, "exponent"),
-    TAG(XML_ATT_EXPONENTIALSMOOTHING, "ExponentialSmoothing"),
-    TAG(XML_ATT_EXPONENTIALSPLINE, "exponentialSpline"),
-    TAG(XML_ATT_EXTENSION_EXTENDER, "extender"),
-    TAG(XML_ATT_EXTENSION_USAGETYPE, "UsageType"),
-    TAG(XML_ATT_EXT_MISSPROPNAME, "MissingProportion"),
-    TAG(XML_ATT_EXT_NAME, "name"),
-    TAG(XML_ATT_EXT_NAME_VALUE_DIRECTION, "searchDirection"),
-    TAG(XML_ATT_EXT_NAME_VALUE_DISABLED, "isDisabled"),
-    TAG(XML_ATT_EXT_NAME_VALUE_LABEL, "ruleLabel"),
-    TAG(XML_ATT_EXT_VALUE, "value"),
-    TAG(XML_ATT_EXT_VALUE_VALUE_DIRECTION_DOWN, "DOWN"),
-    TAG(XML_ATT_EXT_VALUE_VALUE_DIRECTION_UP, "UP"),
-    TAG(XML_ATT_EXT_VALUE_VALUE_TRUE, "true"),
-    TAG(XML_ATT_FIELD, "field"),
-    TAG(XML_ATT_FIELDCOLPAIR_COLUMN, "column"),
-    TAG(XML_ATT_FIELDNAME, "fieldName"),
-    TAG(XML_ATT_FIELDWEIGHT, "fieldWeight"),
-    TAG(XML_ATT_FUNCTION, "function"),
-    TAG(XML_ATT_FUNCTIONNAME, "functionName"),
-    TAG(XML_ATT_GAUSSSIM, "gaussSim"),
-    TAG(XML_ATT_INCLUDE, "include"),
-    TAG(XML_ATT_INCLUDEALL, "includeAll"),
-    TAG(XML_ATT_INCLUDEFROMTO, "includeFromTo"),
-    TAG(XML_ATT_INCLUDESET, "includeSet"),
-    TAG(XML_ATT_INDEX, "index"),
-    TAG(XML_ATT_INTERCEPT, "intercept"),
-    TAG(XML_ATT_INTERPOLATIONMETHOD, "interpolationMethod"),
-    TAG(XML_ATT_INTERVAL_CLOSURE, "closure"),
-    TAG(XML_ATT_INTERVAL_LEFTMARGIN, "leftMargin"),
-    TAG(XML_ATT_INTERVAL_RIGHTMARGIN, "rightMargin"),
-    TAG(XML_ATT_INVALIDVALUETREATMENT, "invalidValueTreatment"),
-    TAG(XML_ATT_ISCENTERFIELD, "isCenterField"),
-    TAG(XML_ATT_KIND, "kind"),
-    TAG(XML_ATT_KOHONENDEMX, "x-kohonenXDimension"),
-    TAG(XML_ATT_KOHONENDEMY, "x-kohonenYDimension"),
-    TAG(XML_ATT_LINEAR, "linear"),
-    TAG(XML_ATT_LINEARREGR, "linearRegression"),
-    TAG(XML_ATT_LINKFUNCTION, "cumulativeLink"),
-    TAG(XML_ATT_LOGARITHMIC, "logarithmic"),
-    TAG(XML_ATT_LOGICAL, "logical"),
-    TAG(XML_ATT_LOGISTICREGE, "logisticRegression"),
-    TAG(XML_ATT_MAPVALUES_OUTCOLUMN, "outputColumn"),
-    TAG(XML_ATT_MAXTIME, "maxTime"),
-    TAG(XML_ATT_MEAN, "mean"),
-    TAG(XML_ATT_METHOD, "method"),
-    TAG(XML_ATT_MF_FUT_ACTIVE, "active"),
-    TAG(XML_ATT_MF_FUT_ORDER, "order"),
-    TAG(XML_ATT_MF_FUT_PREDICTED, "predicted"),
-    TAG(XML_ATT_MF_FUT_SUPPLEMENTARY, "supplementary"),
-    TAG(XML_ATT_MF_FUT_TARGET, "target"),
-    TAG(XML_ATT_MININGFIELD_HIGHVALUE, "highValue"),
-    TAG(XML_ATT_MININGFIELD_LOWVALUE, "lowValue"),
-    TAG(XML_ATT_MININGFIELD_MISSREPLACE, "missingValueReplacement"),
-    TAG(XML_ATT_MININGFIELD_MISSTREATMENT, "missingValueTreatment"),
-    TAG(XML_ATT_MININGFIELD_NAME, "name"),
-    TAG(XML_ATT_MININGFIELD_OUTLIERS, "outliers"),
-    TAG(XML_ATT_MININGFIELD_USAGETYPE, "usageType"),
-    TAG(XML_ATT_MINING_FUNCTIONNAME, "functionName"),
-    TAG(XML_ATT_MISSINGVALUEPENALTY, "missingValuePenalty"),
-    TAG(XML_ATT_MISSINGVALUESTRATEGY, "missingValueStrategy"),
-    TAG(XML_ATT_MISSREPVALUE, "mapMissingTo"),
-    TAG(XML_ATT_MODELALGO, "algorithmName"),
-    TAG(XML_ATT_MODELNAME, "modelName"),
-    TAG(XML_ATT_MSTAT_UNIVARSTAT_FIELDNAME, "field"),
-    TAG(XML_ATT_MULTIPLICATIVES, "multiplicative"),
-    TAG(XML_ATT_N, "n"),
-    TAG(XML_ATT_NAME, "name"),
-    TAG(XML_ATT_NEURALINPUTID, "id"),
-    TAG(XML_ATT_NEURONBIAS, "bias"),
-    TAG(XML_ATT_NEURONID, "id"),
-    TAG(XML_ATT_NODE_PROBABILITY, "probability"),
-    TAG(XML_ATT_NOFNEURONS, "numberOfNeurons"),
-    TAG(XML_ATT_NOISE, "x-handleNoise"),
-    TAG(XML_ATT_NOISEVOLUME, "x-volume"),
-    TAG(XML_ATT_NORM, "norm"),
-    TAG(XML_ATT_NORMMATHOD, "normalizationMethod"),
-    TAG(XML_ATT_NOTRUECHILDSTRATEGY, "noTrueChildStrategy"),
-    TAG(XML_ATT_NUMBEROFCLUSTERS, "numberOfClusters"),
-    TAG(XML_ATT_NUMLAYERS, "numberOfLayers"),
-    TAG(XML_ATT_OFFSET, "offset"),
-    TAG(XML_ATT_OPERATOR, "operator"),
-    TAG(XML_ATT_ORIG, "orig"),
-    TAG(XML_ATT_ORIGINAL, "original"),
-    TAG(XML_ATT_OUTPUTNEURON, "outputNeuron"),
-    TAG(XML_ATT_PARAM_LABEL, "label"),
-    TAG(XML_ATT_PARAM_NAME, "name"),
-    TAG(XML_ATT_PARENTNUMBER, "parentsNumber"),
-    TAG(XML_ATT_PCC_PCOL, "pCol"),
-    TAG(XML_ATT_PCC_PROW, "pRow"),
-    TAG(XML_ATT_PCC_TARGET_CAT, "targetCategory"),
-    TAG(XML_ATT_PCC_TCol, "tCol"),
-    TAG(XML_ATT_PCC_TROW, "tRow"),
-    TAG(XML_ATT_PCC_VALUE, "value"),
-    TAG(XML_ATT_PC_BETA, "beta"),
-    TAG(XML_ATT_PC_DF, "df"),
-    TAG(XML_ATT_PC_PARAMNAME, "parameterName"),
-    TAG(XML_ATT_PC_TARGET_CAT, "targetCategory"),
-    TAG(XML_ATT_PERIOD, "period"),
-    TAG(XML_ATT_PHASE, "phase"),
-    TAG(XML_ATT_PHI, "phi"),
-    TAG(XML_ATT_PPC_PARAMNAME, "parameterName"),
-    TAG(XML_ATT_PPC_PREDNAME, "predictorName"),
-    TAG(XML_ATT_PPC_TARGET_CAT, "targetCategory"),
-    TAG(XML_ATT_PPC_VALUE, "value"),
-    TAG(XML_ATT_PREDICTION, "prediction"),
-    TAG(XML_ATT_PRED_NAME, "name"),
-    TAG(XML_ATT_PRIORPROBABILITY, "priorProbability"),
-    TAG(XML_ATT_QUADRATICSMOOTHEDVALUE, "quadraticSmoothedValue"),
-    TAG(XML_ATT_RECORDCOUNT, "recordCount"),
-    TAG(XML_ATT_RETURNINVALID, "returnInvalid"),
-    TAG(XML_ATT_RMSE, "RMSE"),
-    TAG(XML_ATT_RM_ALGOR_NAME, "algorithmName"),
-    TAG(XML_ATT_RM_EXT_NAME_ALLMISSINGFACTORS, "allowMissingFactors"),
-    TAG(XML_ATT_RM_EXT_NAME_CUTOFF, "cutoff"),
-    TAG(XML_ATT_RM_EXT_NAME_DIST_PARAM, "distParameter"),
-    TAG(XML_ATT_RM_EXT_NAME_LINK_PARAM, "linkParameter"),
-    TAG(XML_ATT_RM_EXT_NAME_OFFSET_VALUE, "offsetValue"),
-    TAG(XML_ATT_RM_EXT_NAME_PERCENTILE, "percentile"),
-    TAG(XML_ATT_RM_EXT_NAME_SIGMA, "sigma"),
-    TAG(XML_ATT_RM_EXT_NAME_TRIALS_VALUE, "trialsValue"),
-    TAG(XML_ATT_RM_FUNC_NAME, "functionName"),
-    TAG(XML_ATT_RM_IS_SCORABLE, "isScorable"),
-    TAG(XML_ATT_RM_MODEL_NAME, "modelName"),
-    TAG(XML_ATT_RM_MODEL_TYPE, "modelType"),
-    TAG(XML_ATT_RM_NAME_CUMULATIVELINK, "cumulativeLink"),
-    TAG(XML_ATT_RM_NAME_LINKFUNCTION, "linkFunction"),
-    TAG(XML_ATT_RM_TARGET_VAR, "targetVariableName"),
-    TAG(XML_ATT_RULESET_DEFAULTCONF, "defaultConfidence"),
-    TAG(XML_ATT_RULESET_DEFAULTSCORE, "defaultScore"),
-    TAG(XML_ATT_RULESET_NBCORRECT, "nbCorrect"),
-    TAG(XML_ATT_RULESET_RECOUNT, "recordCount"),
-    TAG(XML_ATT_RULESET_RULESELECMETHOD, "criterion"),
-    TAG(XML_ATT_SCORE, "score"),
-    TAG(XML_ATT_SEASONALTRENDDECOMPOSITION, "SeasonalTrendDecomposition"),
-    TAG(XML_ATT_SIMILARITYSCALE, "similarityScale"),
-    TAG(XML_ATT_SIMPLERULE_CONF, "confidence"),
-    TAG(XML_ATT_SIMPLERULE_ID, "id"),
-    TAG(XML_ATT_SIMPLERULE_WEIGHT, "weight"),
-    TAG(XML_ATT_SIZE, "size"),
-    TAG(XML_ATT_SMOOTHEDVALUE, "smoothedValue"),
-    TAG(XML_ATT_SPECTRALANALYSIS, "SpectralAnalysis"),
-    TAG(XML_ATT_SQUAREROOT, "squareroot"),
-    TAG(XML_ATT_STANDARDDEVIATION, "standardDeviation"),
-    TAG(XML_ATT_STARTTIME, "startTime"),
-    TAG(XML_ATT_STEPSIZE, "stepsize"),
-    TAG(XML_ATT_STEPWISEREGR, "stepwisePolynormialRegression"),
-    TAG(XML_ATT_STORAGETYPE, "x-storageType"),
-    TAG(XML_ATT_SVM_ABSOLUTEVALUE, "absoluteValue"),
-    TAG(XML_ATT_SVM_ALTERNATETAGCATE, "alternateTargetCategory"),
-    TAG(XML_ATT_SVM_BIAS, "coef0"),
-    TAG(XML_ATT_SVM_CLASSMETHOLD, "classificationMethod"),
-    TAG(XML_ATT_SVM_DEGREE, "degree"),
-    TAG(XML_ATT_SVM_FIELD, "field"),
-    TAG(XML_ATT_SVM_FUNCTIONNAME, "functionName"),
-    TAG(XML_ATT_SVM_GAMMA, "gamma"),
-    TAG(XML_ATT_SVM_ID, "id"),
-    TAG(XML_ATT_SVM_MAXWINS, "maxWins"),
-    TAG(XML_ATT_SVM_MODELNAME, "modelName"),
-    TAG(XML_ATT_SVM_N, "n"),
-    TAG(XML_ATT_SVM_NONRESPONSE, "NonResponse"),
-    TAG(XML_ATT_SVM_NUMOFATT, "numberOfAttributes"),
-    TAG(XML_ATT_SVM_NUMOFCOEFF, "numberOfCoefficients"),
-    TAG(XML_ATT_SVM_NUMOFFIELD, "numberOfFields"),
-    TAG(XML_ATT_SVM_NUMOFSV, "numberOfSupportVectors"),
-    TAG(XML_ATT_SVM_NUMOFVECT, "numberOfVectors"),
-    TAG(XML_ATT_SVM_ONEAGAINSTALL, "OneAgainstAll"),
-    TAG(XML_ATT_SVM_ONEAGAINSTONE, "OneAgainstOne"),
-    TAG(XML_ATT_SVM_PARAMA, "paramA"),
-    TAG(XML_ATT_SVM_PARAMB, "paramB"),
-    TAG(XML_ATT_SVM_REPRESENTATION, "svmRepresentation"),
-    TAG(XML_ATT_SVM_RESPONSE, "Response"),
-    TAG(XML_ATT_SVM_VECTORID, "vectorId"),
-    TAG(XML_ATT_TABLE, "table"),
-    TAG(XML_ATT_TAGFIELDNAME, "targetFieldName"),
-    TAG(XML_ATT_TARGETREFCATEGORY, "targetReferenceCategory"),
-    TAG(XML_ATT_THRESHOLD, "threshold"),
-    TAG(XML_ATT_TIMESERIES, "timeSeries"),
-    TAG(XML_ATT_TOTALN, "totalN"),
-    TAG(XML_ATT_TRANSFORMATION, "transformation"),
-    TAG(XML_ATT_TRAN_EXT_NAME_DERIVEDFIELD, "DerivedFields"),
-    TAG(XML_ATT_TRAN_EXT_NAME_ELSECOPY, "recodeElseCopy"),
-    TAG(XML_ATT_TRAN_EXT_NAME_INTERVALCOPY, "recodeIntervalCopy"),
-    TAG(XML_ATT_TRAN_EXT_NAME_MAPSYSMISTO, "mapSysmisTo"),
-    TAG(XML_ATT_TRAN_EXT_NAME_MISSINGCOPY, "recodeMissingCopy"),
-    TAG(XML_ATT_TRAN_EXT_NAME_MISSINGVALUES, "MissingValues"),
-    TAG(XML_ATT_TRAN_EXT_NAME_RECODEMISSINGSISMIS, "recodeMissingSysmis"),
-    TAG(XML_ATT_TRAN_EXT_NAME_RECODETARGETSYSMIS, "recodeTargetSysmis"),
-    TAG(XML_ATT_TRAN_EXT_NAME_STRINGLENGTH, "stringLength"),
-    TAG(XML_ATT_TREND, "trend"),
-    TAG(XML_ATT_TYPE, "type"),
-    TAG(XML_ATT_UNIT, "unit"),
-    TAG(XML_ATT_USAGE, "usage"),
-    TAG(XML_ATT_VALUE, "value"),
-    TAG(XML_ATT_VALUE_DISPLAYVALUE, "displayValue"),
-    TAG(XML_ATT_VALUE_PROPERTY, "property"),
-    TAG(XML_ATT_VALUE_VALUE, "value"),
-    TAG(XML_ATT_VAL_AVERAGE, "avg"),
-    TAG(XML_ATT_VAL_MAJORITY, "ensembleVoting"),
-    TAG(XML_ATT_VAL_MAXIMUM, "max"),
-    TAG(XML_ATT_VAL_MEDIAN, "median"),
-    TAG(XML_ATT_VAL_MINING_CLUSTERAFFINITY, "clusterAffinity"),
-    TAG(XML_ATT_VAL_MINING_CLUSTERID, "clusterId"),
-    TAG(XML_ATT_VAL_MINING_CONTINOUS, "continuous"),
-    TAG(XML_ATT_VAL_MINING_ENTITYID, "entityId"),
-    TAG(XML_ATT_VAL_MINING_ENTITYIDAFFINITY, "entityAffinity"),
-    TAG(XML_ATT_VAL_MINING_FEATURE, "feature"),
-    TAG(XML_ATT_VAL_MINING_NAME, "name"),
-    TAG(XML_ATT_VAL_MINING_OPTYPE, "optype"),
-    TAG(XML_ATT_VAL_MINING_PREDICTEDDispVALUE, "predictedDisplayValue"),
-    TAG(XML_ATT_VAL_MINING_PREDICTEDVALUE, "predictedValue"),
-    TAG(XML_ATT_VAL_MINING_PROBABILITY, "probability"),
-    TAG(XML_ATT_VAL_MINING_RESIDUAL, "residual"),
-    TAG(XML_ATT_VAL_MINING_RULEVALUE, "ruleValue"),
-    TAG(XML_ATT_VAL_MINING_STANDARDDEVIATION, "standardDeviation"),
-    TAG(XML_ATT_VAL_MINING_STANDARDERROR, "standardError"),
-    TAG(XML_ATT_VAL_MINING_WARNING, "warning"),
-    TAG(XML_ATT_VAL_WEIGHTED_AVERAGE, "weightedAverage"),
-    TAG(XML_ATT_VAL_WEIGHTED_MAJORITY, "ensembleWeightedVoting"),
-    TAG(XML_ATT_VARIANCE, "variance"),
-    TAG(XML_ATT_VERSION, "version"),
-    TAG(XML_ATT_WIDTH, "width"),
-    TAG(XML_ATT_XBASIS_NCOL, "nCol"),
-    TAG(XML_ATT_XBASIS_NROW, "nRow"),
-    TAG(XML_ATT_XNODEID, "x-nodeId"),
-    TAG(XML_ATT_XREGINFO_MEAN, "mean"),
-    TAG(XML_ATT_XREGINFO_STDDEV, "stdDev"),
-    TAG(XML_ELE_ACTUALVALUE, "X-ActualValue"),
-    TAG(XML_ELE_AGGREGATE, "Aggregate"),
-    TAG(XML_ELE_ANYDISTRIBUTION, "AnyDistribution"),
-    TAG(XML_ELE_APPLICATION, "Application"),
-    TAG(XML_ELE_APPLY, "Apply"),
-    TAG(XML_ELE_ARRAY, "Array"),
-    TAG(XML_ELE_BAYESINPUT, "BayesInput"),
-    TAG(XML_ELE_BAYESINPUTS, "BayesInputs"),
-    TAG(XML_ELE_BAYESNETSETTINGS, "BayesNetSettings"),
-    TAG(XML_ELE_BAYESOUTPUT, "BayesOutput"),
-    TAG(XML_ELE_BINARYSIMILARITY, "binarySimilarity"),
-    TAG(XML_ELE_BLOCKINDICATOR, "BlockIndicator"),
-    TAG(XML_ELE_BNMODEL, "BayesNetModel"),
-    TAG(XML_ELE_CATEGORICAL_PREDICTOR, "CategoricalPredictor"),
-    TAG(XML_ELE_CENTERFIELDS, "CenterFields"),
-    TAG(XML_ELE_CHEBYCHEV, "chebychev"),
-    TAG(XML_ELE_CITYBLOCK, "cityBlock"),
-    TAG(XML_ELE_CLUSTER, "Cluster"),
-    TAG(XML_ELE_CLUSTERINGFIELD, "ClusteringField"),
-    TAG(XML_ELE_CLUSTERING_ML, "KROM Clustering"),
-    TAG(XML_ELE_CLUSTERMODEL, "ClusteringModel"),
-    TAG(XML_ELE_COMPARISONMEASURE, "ComparisonMeasure"),
-    TAG(XML_ELE_COMPOUNDPREDICATE, "CompoundPredicate"),
-    TAG(XML_ELE_CON, "Con"),
-    TAG(XML_ELE_CONDITIONALTABLE, "ConditionalTable"),
-    TAG(XML_ELE_CONDITIONALTABLES, "ConditionalTables"),
-    TAG(XML_ELE_CONSTANT, "Constant"),
-    TAG(XML_ELE_COST, "X-Cost"),
-    TAG(XML_ELE_COVARIANCES, "Covariances"),
-    TAG(XML_ELE_COV_LIST, "CovariateList"),
-    TAG(XML_ELE_DATADICTIONARY, "DataDictionary"),
-    TAG(XML_ELE_DATAFIELD, "DataField"),
-    TAG(XML_ELE_DECISIONTREE, "DecisionTree"),
-    TAG(XML_ELE_DEFINEFUNCTION, "DefineFunction"),
-    TAG(XML_ELE_DERIVEDFIELD, "DerivedField"),
-    TAG(XML_ELE_DERIVEDFIELDREF, "DerivedFieldRef"),
-    TAG(XML_ELE_DISCRETIZE, "Discretize"),
-    TAG(XML_ELE_DISCRETIZEBIN, "DiscretizeBin"),
-    TAG(XML_ELE_EUCLIDEAN, "euclidean"),
-    TAG(XML_ELE_EXPONENTIALSMOOTHING, "ExponentialSmoothing"),
-    TAG(XML_ELE_EXTENSION, "Extension"),
-    TAG(XML_ELE_FAC_LIST, "FactorList"),
-    TAG(XML_ELE_FALSE, "False"),
-    TAG(XML_ELE_FIELDCOLPAIR, "FieldColumnPair"),
-    TAG(XML_ELE_FIELDREF, "FieldRef"),
-    TAG(XML_ELE_GAUSSIANDISTRIBUTION, "GaussianDistribution"),
-    TAG(XML_ELE_GRM_CATEGORIES, "Categories"),
-    TAG(XML_ELE_GRM_CATEGORY, "Category"),
-    TAG(XML_ELE_GRM_CONTRASTMATRIXTYPE, "contrastMatrixType"),
-    TAG(XML_ELE_HEADER, "Header"),
-    TAG(XML_ELE_IN, "in"),
-    TAG(XML_ELE_INLTABLE, "InlineTable"),
-    TAG(XML_ELE_INTERVAL, "Interval"),
-    TAG(XML_ELE_JACCARD, "jaccard"),
-    TAG(XML_ELE_KNNMODEL, "NearestNeighborModel"),
-    TAG(XML_ELE_KOHONENMAP, "KohonenMap"),
-    TAG(XML_ELE_LAG, "Lag"),
-    TAG(XML_ELE_LEVEL, "Level"),
-    TAG(XML_ELE_LINEARNORM, "LinearNorm"),
-    TAG(XML_ELE_LINKSOURCE, "LinkSource"),
-    TAG(XML_ELE_LOCALTRANSFORMATIONS, "LocalTransformations"),
-    TAG(XML_ELE_MAPVALUES, "MapValues"),
-    TAG(XML_ELE_MATRIX, "Matrix"),
-    TAG(XML_ELE_MATRIX_NBCOLS, "nbCols"),
-    TAG(XML_ELE_MATRIX_NBROWS, "nbRows"),
-    TAG(XML_ELE_MININGBUILDTASK, "MiningBuildTask"),
-    TAG(XML_ELE_MININGFIELD, "MiningField"),
-    TAG(XML_ELE_MININGMODEL, "MiningModel"),
-    TAG(XML_ELE_MININGSCHEMA, "MiningSchema"),
-    TAG(XML_ELE_MINKOWSKI, "minkowski"),
-    TAG(XML_ELE_MISCLASSIFICATIONCOST, "X-MisclassificationCost"),
-    TAG(XML_ELE_MISCLASSIFICATIONCOST_OLD, "X-MisclassificatonCost"),
-    TAG(XML_ELE_MISSINGVALUEWEIGHTS, "MissingValueWeights"),
-    TAG(XML_ELE_MODELSTATS, "ModelStats"),
-    TAG(XML_ELE_NAMES, "names"),
-    TAG(XML_ELE_NBMODEL, "NaiveBayesModel"),
-    TAG(XML_ELE_NEURALINPUT, "NeuralInput"),
-    TAG(XML_ELE_NEURALINPUTS, "NeuralInputs"),
-    TAG(XML_ELE_NEURALLAYER, "NeuralLayer"),
-    TAG(XML_ELE_NEURALOUTPUT, "NeuralOutput"),
-    TAG(XML_ELE_NEURALOUTPUTS, "NeuralOutputs"),
-    TAG(XML_ELE_NEURON, "Neuron"),
-    TAG(XML_ELE_NNMODEL, "NeuralNetwork"),
-    TAG(XML_ELE_NODE, "Node"),
-    TAG(XML_ELE_NORMCONTINUOUS, "NormContinuous"),
-    TAG(XML_ELE_NORMDISCRETE, "NormDiscrete"),
-    TAG(XML_ELE_NUMERICINFO, "NumericInfo"),
-    TAG(XML_ELE_NUMERIC_PREDICTOR, "NumericPredictor"),
-    TAG(XML_ELE_OUT, "out"),
-    TAG(XML_ELE_PAIRCOUNTS, "PairCounts"),
-    TAG(XML_ELE_PARAM, "Parameter"),
-    TAG(XML_ELE_PARAMETERLEARNING, "ParameterLearning"),
-    TAG(XML_ELE_PARAM_LIST, "ParameterList"),
-    TAG(XML_ELE_PARAM_MATRIX, "ParamMatrix"),
-    TAG(XML_ELE_PARTITION, "Partition"),
-    TAG(XML_ELE_PARTITIONFIELDSTATS, "PartitionFieldStats"),
-    TAG(XML_ELE_PCELL, "PCell"),
-    TAG(XML_ELE_PCOV_CELL, "PCovCell"),
-    TAG(XML_ELE_PCOV_MATRIX, "PCovMatrix"),
-    TAG(XML_ELE_PMML, "PMML"),
-    TAG(XML_ELE_POSSIONDISTRIBUTION, "PoissonDistribution"),
-    TAG(XML_ELE_PP_CELL, "PPCell"),
-    TAG(XML_ELE_PP_MATRIX, "PPMatrix"),
-    TAG(XML_ELE_PREDICATE, "SimplePredicate"),
-    TAG(XML_ELE_PREDICTEDVALUE, "X-PredictedValue"),
-    TAG(XML_ELE_PREDICTOR, "Predictor"),
-    TAG(XML_ELE_PREDICTOR_TERM, "PredictorTerm"),
-    TAG(XML_ELE_REG, "Regression"),
-    TAG(XML_ELE_REGMODEL, "RegressionModel"),
-    TAG(XML_ELE_REGRESSION, "Regression"),
-    TAG(XML_ELE_REGRESSMODEL, "GeneralRegressionModel"),
-    TAG(XML_ELE_REGTABLE, "RegressionTable"),
-    TAG(XML_ELE_ROW, "row"),
-    TAG(XML_ELE_RULESET, "RuleSet"),
-    TAG(XML_ELE_RULESETMODEL, "RuleSetModel"),
-    TAG(XML_ELE_RULESET_RULE, "Rule"),
-    TAG(XML_ELE_RULESET_RULESELECMETHOD, "RuleSelectionMethod"),
-    TAG(XML_ELE_RULESET_RULE_COMP, "CompoundRule"),
-    TAG(XML_ELE_RULESET_RULE_SIMPLE, "SimpleRule"),
-    TAG(XML_ELE_SCOREDISTRIBUTION, "ScoreDistribution"),
-    TAG(XML_ELE_SEASONALITY, "Seasonality_ExpoSmooth"),
-    TAG(XML_ELE_SETPREDICATE, "SimpleSetPredicate"),
-    TAG(XML_ELE_SIMPLEMATCHING, "simpleMatching"),
-    TAG(XML_ELE_SQUAREDEUCLIDEAN, "squaredEuclidean"),
-    TAG(XML_ELE_SVMMODEL, "SupportVectorMachineModel"),
-    TAG(XML_ELE_SVM_COEFFICIENT, "Coefficient"),
-    TAG(XML_ELE_SVM_COEFFICIENTS, "Coefficients"),
-    TAG(XML_ELE_SVM_ENTRIES, "Entries"),
-    TAG(XML_ELE_SVM_FIELDREF, "FieldRef"),
-    TAG(XML_ELE_SVM_INDICES, "Indices"),
-    TAG(XML_ELE_SVM_KFTLINEAR, "LinearKernelType"),
-    TAG(XML_ELE_SVM_KFTPOLY, "PolynomialKernelType"),
-    TAG(XML_ELE_SVM_KFTRBF, "RadialBasisKernelType"),
-    TAG(XML_ELE_SVM_KFTSIGMOID, "SigmoidKernelType"),
-    TAG(XML_ELE_SVM_PROBABILITYPARAM, "ProbabilityParameter"),
-    TAG(XML_ELE_SVM_REALARRAY, "REAL-ARRAY"),
-    TAG(XML_ELE_SVM_REALSPARSEARRAY, "REAL-SparseArray"),
-    TAG(XML_ELE_SVM_REAL_ENTRIES, "REAL-Entries"),
-    TAG(XML_ELE_SVM_RESPONSECATEGORY, "ResponseCategory"),
-    TAG(XML_ELE_SVM_STANDARDDEVIATION, "StandardDeviation"),
-    TAG(XML_ELE_SVM_SUPPORTVECTOR, "SupportVector"),
-    TAG(XML_ELE_SVM_SUPPORTVECTORS, "SupportVectors"),
-    TAG(XML_ELE_SVM_SVM, "SupportVectorMachine"),
-    TAG(XML_ELE_SVM_VECTORDICTION, "VectorDictionary"),
-    TAG(XML_ELE_SVM_VECTORFIELDS, "VectorFields"),
-    TAG(XML_ELE_SVM_VECTORINSTANCE, "VectorInstance"),
-    TAG(XML_ELE_TABLELOCATOR, "TableLocator"),
-    TAG(XML_ELE_TANIMOTO, "tanimoto"),
-    TAG(XML_ELE_TARGET, "Target"),
-    TAG(XML_ELE_TARGETS, "Targets"),
-    TAG(XML_ELE_TARGETVALUE, "TargetValue"),
-    TAG(XML_ELE_TARGETVALUECOUNT, "TargetValueCount"),
-    TAG(XML_ELE_TARGETVALUECOUNTS, "TargetValueCounts"),
-    TAG(XML_ELE_TARGETVALUESTAT, "TargetValueStat"),
-    TAG(XML_ELE_TARGETVALUESTATS, "TargetValueStats"),
-    TAG(XML_ELE_TIMEANCHOR, "TimeAnchor"),
-    TAG(XML_ELE_TIMECYCLE, "TimeCycle"),
-    TAG(XML_ELE_TIMEEXCEPTION, "TimeException"),
-    TAG(XML_ELE_TIMESERIES, "TimeSeries"),
-    TAG(XML_ELE_TIMESERIESMODEL, "TimeSeriesModel"),
-    TAG(XML_ELE_TIMESTAMP, "Timestamp"),
-    TAG(XML_ELE_TIMEVALUE, "TimeValue"),
-    TAG(XML_ELE_TRANFUNC_ERF, "erf"),
-    TAG(XML_ELE_TRANFUNC_NORMALCDF, "normalCDF"),
-    TAG(XML_ELE_TRANFUNC_NORMALIDF, "normalIDF"),
-    TAG(XML_ELE_TRANFUNC_NORMALPDF, "normalPDF"),
-    TAG(XML_ELE_TRANFUNC_STDNORMALCDF, "stdNormalCDF"),
-    TAG(XML_ELE_TRANFUNC_STDNORMALIDF, "stdNormalIDF"),
-    TAG(XML_ELE_TRANFUNC_STDNORMALPDF, "stdNormalPDF"),
-    TAG(XML_ELE_TRANSFORMATION, "TransformationDictionary"),
-    TAG(XML_ELE_TREEMODEL, "TreeModel"),
-    TAG(XML_ELE_TREND, "Trend"),
-    TAG(XML_ELE_TRUE, "True"),
-    TAG(XML_ELE_UNIFORMDISTRIBUTION, "UniformDistribution"),
-    TAG(XML_ELE_UNIVARIATESTATS, "UnivariateStats"),
-    TAG(XML_ELE_UPERXBASIS, "X-Basis"),
-    TAG(XML_ELE_UPERXBASISROW, "X-BasisRow"),
-    TAG(XML_ELE_VALUE, "Value"),
-    TAG(XML_ELE_VAL_OUTPUT, "Output"),
-    TAG(XML_ELE_VAL_RESULTFIELD, "ResultField"),
-    TAG(XML_ELE_XBASIS, "x-Basis"),
-    TAG(XML_ELE_XBASISROW, "x-BasisRow"),
-    TAG(XML_ELE_XDATAFIELD, "X-DataField"),
-    TAG(XML_ELE_XMEASURE, "x-measure"),
-    TAG(XML_ELE_XNODE, "X-Node"),
-    TAG(XML_ELE_XREGINFO, "X-RegInfo"),
-    TAG(XML_ELE_XRISK, "X-risk"),
-    TAG(XML_ELE_XSEOFRISK, "X-seOfRisk"),
-    TAG(XML_ELE_XTREEMODEL, "X-TreeModel"),
-    TAG(XML_ELM_BASECUMHAZARDTABLES, "BaseCumHazardTables"),
-    TAG(XML_ELM_BASELINECELL, "BaselineCell"),
-    TAG(XML_ELM_BASELINESTRATUM, "BaselineStratum"),
-    TAG(XML_VAL_ACTIVIDENTITY, "identity"),
-    TAG(XML_VAL_ACTIVRADIALBASIS, "radialBasis"),
-    TAG(XML_VAL_ACTIVSIGMOID, "logistic"),
-    TAG(XML_VAL_ACTIVSOFTMAX, "softmax"),
-    TAG(XML_VAL_ACTIVTANH, "tanh"),
-    TAG(XML_VAL_ADJUSTEDBAYES, "adjustedBayes"),
-    TAG(XML_VAL_AGGREGATENODES, "aggregateNodes"),
-    TAG(XML_VAL_AND, "and"),
-    TAG(XML_VAL_ARCTAN, "arctan"),
-    TAG(XML_VAL_ARRAY_TYPE_INT, "int"),
-    TAG(XML_VAL_ARRAY_TYPE_REAL, "real"),
-    TAG(XML_VAL_ARRAY_TYPE_STRING, "string"),
-    TAG(XML_VAL_BAYESMETHOD, "bayesMethod"),
-    TAG(XML_VAL_CLOSURE_CLOSEDCLOSED, "closedClosed"),
-    TAG(XML_VAL_CLOSURE_CLOSEDOPEN, "closedOpen"),
-    TAG(XML_VAL_CLOSURE_OPENCLOSED, "openClosed"),
-    TAG(XML_VAL_CLOSURE_OPENOPEN, "openOpen"),
-    TAG(XML_VAL_COSINE, "cosine"),
-    TAG(XML_VAL_DATE, "date"),
-    TAG(XML_VAL_DATEDAYSSINCE_0, "dateDaysSince[0]"),
-    TAG(XML_VAL_DATEDAYSSINCE_1960, "dateDaysSince[1960]"),
-    TAG(XML_VAL_DATEDAYSSINCE_1970, "dateDaysSince[1970]"),
-    TAG(XML_VAL_DATEDAYSSINCE_1980, "dateDaysSince[1980]"),
-    TAG(XML_VAL_DATETIME, "dateTime"),
-    TAG(XML_VAL_DATETIMESECONDSSINCE_0, "dateTimeSecondsSince[0]"),
-    TAG(XML_VAL_DATETIMESECONDSSINCE_1960, "dateTimeSecondsSince[1960]"),
-    TAG(XML_VAL_DATETIMESECONDSSINCE_1970, "dateTimeSecondsSince[1970]"),
-    TAG(XML_VAL_DATETIMESECONDSSINCE_1980, "dateTimeSecondsSince[1980]"),
-    TAG(XML_VAL_DEFAULTCHILD, "defaultChild"),
-    TAG(XML_VAL_DOUBLE, "double"),
-    TAG(XML_VAL_ELLIOTT, "Elliott"),
-    TAG(XML_VAL_EXPONENTIAL, "exponential"),
-    TAG(XML_VAL_EXTENSION_EXTENDER, "vantry.org"),
-    TAG(XML_VAL_EXT_MEANCLUSTERDIST, "meanClusterDistance"),
-    TAG(XML_VAL_EXT_MISSPROPNAME, "missingPropVar"),
-    TAG(XML_VAL_FLAG, "flag"),
-    TAG(XML_VAL_FUNCCLUSTERING, "clustering"),
-    TAG(XML_VAL_GAUSS, "Gauss"),
-    TAG(XML_VAL_IDENTITY, "identity"),
-    TAG(XML_VAL_INTEGER, "integer"),
-    TAG(XML_VAL_KOHONENDEMX, "kohonenXDimension"),
-    TAG(XML_VAL_KOHONENDEMY, "kohonenYDimension"),
-    TAG(XML_VAL_LASTPREDICTION, "lastPrediction"),
-    TAG(XML_VAL_LINKFUNCTION_CAUCHIT, "cauchit"),
-    TAG(XML_VAL_LINKFUNCTION_CLOGLOG, "cloglog"),
-    TAG(XML_VAL_LINKFUNCTION_LOGIT, "logit"),
-    TAG(XML_VAL_LINKFUNCTION_LOGLOG, "loglog"),
-    TAG(XML_VAL_LINKFUNCTION_PROBIT, "probit"),
-    TAG(XML_VAL_LOGISTIC, "logistic"),
-    TAG(XML_VAL_MAXLIKELIHOOD, "maxLikelihood"),
-    TAG(XML_VAL_MININGFIELD_MISSTREATMENT_ASIS, "asIs"),
-    TAG(XML_VAL_MININGFIELD_MISSTREATMENT_ASMEAN, "asMean"),
-    TAG(XML_VAL_MININGFIELD_MISSTREATMENT_ASMEDIAN, "asMedian"),
-    TAG(XML_VAL_MININGFIELD_MISSTREATMENT_ASMODE, "asMode"),
-    TAG(XML_VAL_MININGFIELD_MISSTREATMENT_ASVALUE, "asValue"),
-    TAG(XML_VAL_MININGFIELD_OUTLIERS_ASEXTREME, "asExtremeValues"),
-    TAG(XML_VAL_MININGFIELD_OUTLIERS_ASIS, "asIs"),
-    TAG(XML_VAL_MININGFIELD_OUTLIERS_ASMISS, "asMissingValues"),
-    TAG(XML_VAL_MINING_CLASSIFICATION, "classification"),
-    TAG(XML_VAL_MINING_REGRESSION, "regression"),
-    TAG(XML_VAL_MN_CSHAZREG, "WVHaz"),
-    TAG(XML_VAL_MN_GEE, "GEE"),
-    TAG(XML_VAL_MN_GLIN, "WVLin"),
-    TAG(XML_VAL_MN_GLMM, "GLMM"),
-    TAG(XML_VAL_MN_HAZREG, "HAZREG"),
-    TAG(XML_VAL_MN_MIXEDLIN, "mixedLinear"),
-    TAG(XML_VAL_MN_ORDINAL, "WVRank"),
-    TAG(XML_VAL_MN_QLN, "QLN"),
-    TAG(XML_VAL_MN_XLMD, "XLMD"),
-    TAG(XML_VAL_MODELALGO, "KMeans"),
-    TAG(XML_VAL_MODELALGOAD, "AnomalyDetection"),
-    TAG(XML_VAL_MODELALGODUALPASS, "DualPass"),
-    TAG(XML_VAL_MODELALGOKOHONEN, "Kohonen"),
-    TAG(XML_VAL_MODELALGO_SL, "AdaptiveRule"),
-    TAG(XML_VAL_MT_COND, "conditionalLogistic"),
-    TAG(XML_VAL_MT_COXRGN, "CoxRegression"),
-    TAG(XML_VAL_MT_GDLIN, "generalizedLinear"),
-    TAG(XML_VAL_MT_GLIN, "generalLinear"),
-    TAG(XML_VAL_MT_LOGLIN, "logLinear"),
-    TAG(XML_VAL_MT_MLR, "multinomialLogistic"),
-    TAG(XML_VAL_MT_ORDINAL, "ordinalMultinomial"),
-    TAG(XML_VAL_MT_REGRESS, "regression"),
-    TAG(XML_VAL_MT_XCONLOG, "x-contrastLogistic"),
-    TAG(XML_VAL_NAME_DECIMAL, "decimals"),
-    TAG(XML_VAL_NAME_FORMAT, "format"),
-    TAG(XML_VAL_NAME_ID, "id"),
-    TAG(XML_VAL_NAME_MODELDF, "modelDF"),
-    TAG(XML_VAL_NAME_MSLO, "invalidRangeLower"),
-    TAG(XML_VAL_NAME_MSUP, "invalidRangeUpper"),
-    TAG(XML_VAL_NAME_NODE_ID, "NodeId"),
-    TAG(XML_VAL_NAME_NPARAMS, "numberParameters"),
-    TAG(XML_VAL_NAME_STANDARD_DEVIATION, "Standard Deviation"),
-    TAG(XML_VAL_NAME_WIDTH, "width"),
-    TAG(XML_VAL_NOISE, "True"),
-    TAG(XML_VAL_NONE, "none"),
-    TAG(XML_VAL_NULLPREDICTION, "nullPrediction"),
-    TAG(XML_VAL_OPERATOR_EQUAL, "equal"),
-    TAG(XML_VAL_OPERATOR_GREATEROREQUAL, "greaterOrEqual"),
-    TAG(XML_VAL_OPERATOR_GREATERTHAN, "greaterThan"),
-    TAG(XML_VAL_OPERATOR_ISMISSING, "isMissing"),
-    TAG(XML_VAL_OPERATOR_ISNOTMISSING, "isNotMissing"),
-    TAG(XML_VAL_OPERATOR_LESSOREQUAL, "lessOrEqual"),
-    TAG(XML_VAL_OPERATOR_LESSTHAN, "lessThan"),
-    TAG(XML_VAL_OPERATOR_NOTEQUAL, "notEqual"),
-    TAG(XML_VAL_OR, "or"),
-    TAG(XML_VAL_ORDEREDSET, "orderedSet"),
-    TAG(XML_VAL_OT_CATEGORICAL, "categorical"),
-    TAG(XML_VAL_OT_CONTINUOUS, "continuous"),
-    TAG(XML_VAL_OT_ORDINAL, "ordinal"),
-    TAG(XML_VAL_PROP_INVALID, "invalid"),
-    TAG(XML_VAL_PROP_MISSING, "missing"),
-    TAG(XML_VAL_PROP_VALID, "valid"),
-    TAG(XML_VAL_RADIALBASIS, "radialBasis"),
-    TAG(XML_VAL_RANGE, "range"),
-    TAG(XML_VAL_RECIPROCAL, "reciprocal"),
-    TAG(XML_VAL_RECTIFIER, "rectifier"),
-    TAG(XML_VAL_RETURNLASTPREDICTION, "returnLastPrediction"),
-    TAG(XML_VAL_RETURNNULLPREDICTION, "returnNullPrediction"),
-    TAG(XML_VAL_RM_EXT_NAME_DISTRIBUTION, "distribution"),
-    TAG(XML_VAL_RM_EXT_NAME_LINK, "link"),
-    TAG(XML_VAL_RM_EXT_NAME_OFFSETVAR, "offsetVariable"),
-    TAG(XML_VAL_RM_EXT_NAME_TRIALVAR, "trialsVariable"),
-    TAG(XML_VAL_RM_EXT_NAME_TYPECOVARIANCE, "typeOfCovariance"),
-    TAG(XML_VAL_RM_EXT_VALUE_DIST_BINOMIAL, "binomial"),
-    TAG(XML_VAL_RM_EXT_VALUE_DIST_GAMMA, "gamma"),
-    TAG(XML_VAL_RM_EXT_VALUE_DIST_IGAUSS, "igauss"),
-    TAG(XML_VAL_RM_EXT_VALUE_DIST_MULTINOMIAL, "multinomial"),
-    TAG(XML_VAL_RM_EXT_VALUE_DIST_NEGBIN, "negbin"),
-    TAG(XML_VAL_RM_EXT_VALUE_DIST_NORMAL, "normal"),
-    TAG(XML_VAL_RM_EXT_VALUE_DIST_POISSON, "poisson"),
-    TAG(XML_VAL_RM_EXT_VALUE_DIST_TWEEDIE, "tweedie"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_CLOGLOG, "cloglog"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_CUM_CAUCHIT, "cumcauchit"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_CUM_CLOGLOG, "cumcloglog"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_CUM_LOGIT, "cumlogit"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_CUM_LOGLOG, "cumnloglog"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_CUM_PROBIT, "cumprobit"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_IDENTITY, "identity"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_LOG, "log"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_LOGC, "logc"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_LOGIT, "logit"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_NEGBIN, "negbin"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_NLOGLOG, "nloglog"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_ODDSPOWER, "oddspower"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_POWER, "power"),
-    TAG(XML_VAL_RM_EXT_VALUE_LINK_PROBIT, "probit"),
-    TAG(XML_VAL_RM_FUNC_NAME_C, "classification"),
-    TAG(XML_VAL_RM_VALUE_LINK_CAUCHIT, "cauchit"),
-    TAG(XML_VAL_RM_VALUE_LINK_CLOGLOG, "cloglog"),
-    TAG(XML_VAL_RM_VALUE_LINK_LOGIT, "logit"),
-    TAG(XML_VAL_RM_VALUE_LINK_LOGLOG, "loglog"),
-    TAG(XML_VAL_RM_VALUE_LINK_PROBIT, "probit"),
-    TAG(XML_VAL_RULECRITERION_FIRSTHIT, "firstHit"),
-    TAG(XML_VAL_RULECRITERION_WMAX, "weightedMax"),
-    TAG(XML_VAL_RULECRITERION_WSUM, "weightedSum"),
-    TAG(XML_VAL_SAMEENCODING, "Same Encoding"),
-    TAG(XML_VAL_SCORE_RECORDCOUNT, "recordCount"),
-    TAG(XML_VAL_SET, "set"),
-    TAG(XML_VAL_SIMPLEMAX, "simplemax"),
-    TAG(XML_VAL_SINE, "sine"),
-    TAG(XML_VAL_SOFTMAX, "softmax"),
-    TAG(XML_VAL_SQUARE, "square"),
-    TAG(XML_VAL_STRING, "string"),
-    TAG(XML_VAL_SURROGATE, "surrogate"),
-    TAG(XML_VAL_SVM_CLASSIFICATION, "classification"),
-    TAG(XML_VAL_SVM_MODELNAME, "KROM_SVM"),
-    TAG(XML_VAL_SVM_MTCSVC, "C-SVC"),
-    TAG(XML_VAL_SVM_MTEPSILONSVR, "Epsilon-SVR"),
-    TAG(XML_VAL_SVM_MTNUSVC, "Nu-SVC"),
-    TAG(XML_VAL_SVM_MTNUSVR, "Nu-SVR"),
-    TAG(XML_VAL_SVM_MTONECLASS, "One-Class"),
-    TAG(XML_VAL_SVM_REGRESSION, "regression"),
-    TAG(XML_VAL_SVM_SEPARATORS, " "),
-    TAG(XML_VAL_SVM_SUPPORTVECTORS, "SupportVectors"),
-    TAG(XML_VAL_TANH, "tanh"),
-    TAG(XML_VAL_THRESHOLD, "threshold"),
-    TAG(XML_VAL_TIME, "time"),
-    TAG(XML_VAL_TIMESECONDS, "timeSeconds"),
-    TAG(XML_VAL_USAGETYPE_DISABLE, "disable"),
-    TAG(XML_VAL_USAGETYPE_ENABLE, "enable"),
-    TAG(XML_VAL_WEIGHTEDCONFIDENCE, "weightedConfidence"),
-    TAG(XML_VAL_XOR, "xor"),
-    TAG(XML_VAL_YES, "yes"),
-    TAG(XML_KROM_TRANFUNC_ABS, "abs"),
-    TAG(XML_KROM_TRANFUNC_ADDITION, "+"),
-    TAG(XML_KROM_TRANFUNC_AND, "and"),
-    TAG(XML_KROM_TRANFUNC_AVG, "avg"),
-    TAG(XML_KROM_TRANFUNC_CDFNORM, "cdfnorm"),
-    TAG(XML_KROM_TRANFUNC_CDFNORMAL, "cdf.normal"),
-    TAG(XML_KROM_TRANFUNC_CEIL, "ceil"),
-    TAG(XML_KROM_TRANFUNC_CONCAT, "concat"),
-    TAG(XML_KROM_TRANFUNC_DATE_DAYS_DIFFERENCE, "date_days_difference"),
-    TAG(XML_KROM_TRANFUNC_DATE_MONTHS_DIFFERENCE, "date_months_difference"),
-    TAG(XML_KROM_TRANFUNC_DATE_YEARS_DIFFERENCE, "date_years_difference"),
-    TAG(XML_KROM_TRANFUNC_DAY_FROM_DATE, "day-from-date"),
-    TAG(XML_KROM_TRANFUNC_DEVISION, "/"),
-    TAG(XML_KROM_TRANFUNC_EQUAL, "equal"),
-    TAG(XML_KROM_TRANFUNC_EXP, "exp"),
-    TAG(XML_KROM_TRANFUNC_FLOOR, "floor"),
-    TAG(XML_KROM_TRANFUNC_GREATEROREQUAL, "greaterOrEqual"),
-    TAG(XML_KROM_TRANFUNC_GREATERTHAN, "greaterThan"),
-    TAG(XML_KROM_TRANFUNC_HOUR_FROM_TIME, "hour-from-time"),
-    TAG(XML_KROM_TRANFUNC_IDFNORMAL, "idf.normal"),
-    TAG(XML_KROM_TRANFUNC_IF, "if"),
-    TAG(XML_KROM_TRANFUNC_IMPUTECATFIELDMISSINGAGAINSTCONTARGET, "imputeCatFieldMissingAgainstConTarget"),
-    TAG(XML_KROM_TRANFUNC_ISIN, "isIn"),
-    TAG(XML_KROM_TRANFUNC_ISMISSING, "isMissing"),
-    TAG(XML_KROM_TRANFUNC_ISNOTIN, "isNotIn"),
-    TAG(XML_KROM_TRANFUNC_ISNOTMISSING, "isNotMissing"),
-    TAG(XML_KROM_TRANFUNC_LENGTH, "length"),
-    TAG(XML_KROM_TRANFUNC_LESSOREQUAL, "lessOrEqual"),
-    TAG(XML_KROM_TRANFUNC_LESSTHAN, "lessThan"),
-    TAG(XML_KROM_TRANFUNC_LG10, "lg10"),
-    TAG(XML_KROM_TRANFUNC_LN, "ln"),
-    TAG(XML_KROM_TRANFUNC_LOG10, "log10"),
-    TAG(XML_KROM_TRANFUNC_LOWER, "lower"),
-    TAG(XML_KROM_TRANFUNC_LOWERCASE, "lowercase"),
-    TAG(XML_KROM_TRANFUNC_LTRIM, "ltrim"),
-    TAG(XML_KROM_TRANFUNC_MATCHES, "matches"),
-    TAG(XML_KROM_TRANFUNC_MAX, "max"),
-    TAG(XML_KROM_TRANFUNC_MEAN, "mean"),
-    TAG(XML_KROM_TRANFUNC_MEDIAN, "median"),
-    TAG(XML_KROM_TRANFUNC_MIN, "min"),
-    TAG(XML_KROM_TRANFUNC_MINUTE_FROM_TIME, "minute-from-time"),
-    TAG(XML_KROM_TRANFUNC_MOD, "mod"),
-    TAG(XML_KROM_TRANFUNC_MONTH_FROM_DATE, "month-from-date"),
-    TAG(XML_KROM_TRANFUNC_MULTIPLY, "*"),
-    TAG(XML_KROM_TRANFUNC_NOT, "not"),
-    TAG(XML_KROM_TRANFUNC_NOTEQUAL, "notEqual"),
-    TAG(XML_KROM_TRANFUNC_OR, "or"),
-    TAG(XML_KROM_TRANFUNC_OUTLIERHANDLE, "outlierHandle"),
-    TAG(XML_KROM_TRANFUNC_PDFNORMAL, "pdf.normal"),
-    TAG(XML_KROM_TRANFUNC_POW, "pow"),
-    TAG(XML_KROM_TRANFUNC_PRODUCT, "product"),
-    TAG(XML_KROM_TRANFUNC_RECAST_TO_ORDINAL, "recast_to_ordinal"),
-    TAG(XML_KROM_TRANFUNC_RECAST_TO_SCALE, "recast_to_scale"),
-    TAG(XML_KROM_TRANFUNC_REORDER, "reorder"),
-    TAG(XML_KROM_TRANFUNC_REPLACE, "replace"),
-    TAG(XML_KROM_TRANFUNC_RND, "round"),
-    TAG(XML_KROM_TRANFUNC_RTRIM, "rtrim"),
-    TAG(XML_KROM_TRANFUNC_SD, "sd"),
-    TAG(XML_KROM_TRANFUNC_SECOND_FROM_TIME, "second-from-time"),
-    TAG(XML_KROM_TRANFUNC_SQRT, "sqrt"),
-    TAG(XML_KROM_TRANFUNC_SUBSTR, "substr"),
-    TAG(XML_KROM_TRANFUNC_SUBSTRING, "substring"),
-    TAG(XML_KROM_TRANFUNC_SUBTRACTION, "-"),
-    TAG(XML_KROM_TRANFUNC_SUM, "sum"),
-    TAG(XML_KROM_TRANFUNC_SYSMIS, "sysmis"),
-    TAG(XML_KROM_TRANFUNC_THRESHOLD, "threshold"),
-    TAG(XML_KROM_TRANFUNC_TIME_HOURS_DIFFERENCE, "time_hours_difference"),
-    TAG(XML_KROM_TRANFUNC_TIME_MINUTES_DIFFERENCE, "time_minutes_difference"),
-    TAG(XML_KROM_TRANFUNC_TIME_SECONDS_DIFFERENCE, "time_seconds_difference"),
-    TAG(XML_KROM_TRANFUNC_TRIMEND, "trimend"),
-    TAG(XML_KROM_TRANFUNC_TRUNC, "trunc"),
-    TAG(XML_KROM_TRANFUNC_UPCASE, "uppercase"),
-    TAG(XML_KROM_TRANFUNC_VALUE, "value"),
-    TAG(XML_KROM_TRANFUNC_VARIANCE, "variance"),
-    TAG(XML_KROM_TRANFUNC_YEAR_FROM_DATE, "year-from-date"),
-    TAG(XML_EXT_ATT_HAZREG_BASEPOINT_PARAMETERNAME, "parameterName"),
-    TAG(XML_EXT_ELE_ATT_HAZREG_BASELINE_CUMHAZARD, "cumHazard"),
-    TAG(XML_EXT_ELE_ATT_HAZREG_BASELINE_TIME, "time"),
-    TAG(XML_EXT_ELE_ATT_HAZREG_STRATUM_VARLABEL, "label"),
-    TAG(XML_EXT_ELE_ATT_HAZREG_STRATUM_VARNAME, "varName"),
-    TAG(XML_EXT_ELE_HAZREG_BASELINE, "X-Baseline"),
-    TAG(XML_EXT_ELE_HAZREG_BASEMAXTIME, "X-BaseMaxTime"),
-    TAG(XML_EXT_ELE_HAZREG_BASEMINTIME, "X-BaseMinTime"),
-    TAG(XML_EXT_ELE_HAZREG_BASEPOINT, "X-BasePoint"),
-    TAG(XML_EXT_ELE_HAZREG_HAZARD_TABLE, "X-BaseCumHazardTable"),
-    TAG(XML_EXT_ELE_HAZREG_STRATUM, "X-Stratum"),
-    TAG(XML_EXT_NAME_HAZREG_CONTRASTMATRIX, "contrastMatrix"),
-    TAG(XML_EXT_NAME_HAZREG_ENDTIMEVARIABLE, "endTimeVariable"),
-    TAG(XML_EXT_NAME_HAZREG_REFERENCEPOINT, "referencePoint"),
-    TAG(XML_EXT_NAME_HAZREG_STARTTIMEVARIABLE, "startTimeVariable"),
-    TAG(XML_EXT_NAME_HAZREG_STATUS, "status"),
-    TAG(XML_EXT_NAME_HAZREG_SUBJECT_VARIABLE, "subjectIDVariable"),
-    TAG(XML_EXT_NAME_HAZREG_XBASE_CUMHAZARD_TABLES, "X-BaseCumHazardTables"),
-    TAG(XML_EXT_NAME_SL_VAL_MEANP, "meanPerformance"),
-    TAG(XML_EXT_NAME_SL_VAL_STDDEVP, "stdDevPerformance"),
-    TAG(XML_EXT_NAME_SL_VAL_TSIZE, "trainingSampleSize"),
-    TAG(XML_MSTAT_UNIVARSTAT_CONTSTATS, "ContStats"),
-    TAG(XML_MSTAT_UNIVARSTAT_DISCRSTATS, "DiscrStats"),
-};
-
-#undef TAG
-
-// The linker name of a static data member of QXVantry_920::PMMLModelTags.
-std::string MangledName(const std::string& name) {
+std::string MangledName(std::string const& name) {
     return "_ZN12QXVantry_92013PMMLModelTags" + std::to_string(name.size()) + name + "E";
 }
 
 // The object size recorded in the dynamic symbol table for the symbol at `address`.
-size_t SymbolSize(const void* address) {
+size_t SymbolSize(void const* address) {
     Dl_info info{};
     void* entry = nullptr;
     if (dladdr1(address, &info, &entry, RTLD_DL_SYMENT) == 0 || entry == nullptr) {
         return 0;
     }
-    return static_cast<const ElfW(Sym)*>(entry)->st_size;
+    return static_cast<ElfW(Sym) const*>(entry)->st_size;
 }
 
-}  // namespace
-
-TEST(PMMLModelTags, EveryConstantHoldsItsDocumentText) {
-    for (const TagCase& tag : kTags) {
-        EXPECT_STREQ(tag.constant, tag.expected) << tag.name;
-    }
-    // Comparison is exact: case and blanks count.
-    EXPECT_EQ(std::string(PMMLModelTags::XML_ELE_PMML), "PMML");
-    EXPECT_NE(std::string(PMMLModelTags::XML_ELE_PMML), "pmml");
-    EXPECT_EQ(std::string(PMMLModelTags::XML_VAL_SVM_SEPARATORS), " ");
-    EXPECT_NE(std::string(PMMLModelTags::XML_ELE_XBASIS), PMMLModelTags::XML_ELE_UPERXBASIS);
-}
-
-TEST(PMMLModelTags, VocabularyHasItsFullShapeWithoutRepeatedNames) {
-    const struct {
-        const char* prefix;
-        size_t count;
-    } families[] = {{"XML_ATT_", 290},          {"XML_ELE_", 189}, {"XML_ELM_", 3},  {"XML_VAL_", 183},
-                    {"XML_KROM_TRANFUNC_", 75}, {"XML_EXT_", 21},  {"XML_MSTAT_", 2}};
-    EXPECT_EQ(sizeof(kTags) / sizeof(kTags[0]), 763u);
-
-    std::set<std::string> names;
-    std::set<const void*> objects;
-    for (const TagCase& tag : kTags) {
-        EXPECT_TRUE(names.insert(tag.name).second) << tag.name << " listed twice";
-        // Equal texts in different roles are still separate objects.
-        EXPECT_TRUE(objects.insert(tag.constant).second) << tag.name << " shares storage";
-    }
-    for (const auto& family : families) {
-        size_t count = 0;
-        for (const TagCase& tag : kTags) {
-            count += std::strncmp(tag.name, family.prefix, std::strlen(family.prefix)) == 0 ? 1 : 0;
-        }
-        EXPECT_EQ(count, family.count) << family.prefix;
-    }
-}
-
-TEST(PMMLModelTags, TextsArePlainAsciiAndTheExtenderIsDomainStyle) {
-    for (const TagCase& tag : kTags) {
-        const std::string text(tag.constant);
-        EXPECT_FALSE(text.empty()) << tag.name;
-        for (char c : text) {
-            EXPECT_TRUE(c >= 0x20 && c < 0x7f) << tag.name;
-        }
-    }
-    const std::string extender(PMMLModelTags::XML_VAL_EXTENSION_EXTENDER);
-    EXPECT_NE(extender.find('.'), std::string::npos);
-    EXPECT_EQ(extender.find(' '), std::string::npos);
-}
-
-// A plug-in finds each constant by its linker name in the library, and the exported object is exactly the
-// text and its terminating zero: no padding, no truncation.
-TEST(PMMLModelTags, EachConstantIsExportedByNameWithItsExactSize) {
+void* LoadedLibrary() {
     std::string path;
     dl_iterate_phdr(
         [](dl_phdr_info* object, size_t, void* found) {
@@ -869,17 +62,59 @@ TEST(PMMLModelTags, EachConstantIsExportedByNameWithItsExactSize) {
             return 0;
         },
         &path);
-    ASSERT_FALSE(path.empty());
-    void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    return path.empty() ? nullptr : dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
+}
+
+}  // namespace
+
+// Each constant is exported under its name, holds exactly its text and terminating zero (no padding, no
+// truncation), and is an object of its own even where texts repeat.
+TEST(PMMLModelTags, EveryConstantIsExportedWithItsExactText) {
+    std::vector<Tag> const tags = ExpectedTags();
+    ASSERT_EQ(tags.size(), 763u);
+    void* library = LoadedLibrary();
     ASSERT_NE(library, nullptr) << dlerror();
-    for (const TagCase& tag : kTags) {
-        const std::string symbol = MangledName(tag.name);
-        const void* exported = dlsym(library, symbol.c_str());
+    std::set<void const*> objects;
+    for (Tag const& tag : tags) {
+        void const* exported = dlsym(library, MangledName(tag.name).c_str());
         ASSERT_NE(exported, nullptr) << tag.name << " is not exported";
-        EXPECT_STREQ(static_cast<const char*>(exported), tag.expected) << tag.name;
-        EXPECT_EQ(SymbolSize(exported), std::strlen(tag.expected) + 1) << tag.name;
-        // The name resolves process-wide to the very object the header refers to.
-        EXPECT_EQ(dlsym(RTLD_DEFAULT, symbol.c_str()), static_cast<const void*>(tag.constant)) << tag.name;
+        EXPECT_STREQ(static_cast<char const*>(exported), tag.text.c_str()) << tag.name;
+        EXPECT_EQ(SymbolSize(exported), tag.text.size() + 1) << tag.name;
+        EXPECT_TRUE(objects.insert(exported).second) << tag.name << " shares storage";
     }
     dlclose(library);
+
+    // The header names the same objects; comparison is exact, case and blanks count.
+    EXPECT_EQ(dlsym(RTLD_DEFAULT, MangledName("XML_ELE_PMML").c_str()),
+              static_cast<void const*>(PMMLModelTags::XML_ELE_PMML));
+    EXPECT_STREQ(PMMLModelTags::XML_ELE_PMML, "PMML");
+    EXPECT_STREQ(PMMLModelTags::XML_VAL_SVM_SEPARATORS, " ");
+    EXPECT_STRNE(PMMLModelTags::XML_ELE_XBASIS, PMMLModelTags::XML_ELE_UPERXBASIS);
+}
+
+TEST(PMMLModelTags, VocabularyHasItsFamiliesAndPlainTexts) {
+    struct Family {
+        char const* prefix;
+        size_t count;
+    } const families[] = {{"XML_ATT_", 290},          {"XML_ELE_", 189}, {"XML_ELM_", 3},  {"XML_VAL_", 183},
+                          {"XML_KROM_TRANFUNC_", 75}, {"XML_EXT_", 21},  {"XML_MSTAT_", 2}};
+    std::vector<Tag> const tags = ExpectedTags();
+    std::set<std::string> names;
+    for (Tag const& tag : tags) {
+        EXPECT_TRUE(names.insert(tag.name).second) << tag.name << " listed twice";
+        EXPECT_FALSE(tag.text.empty()) << tag.name;
+        for (char c : tag.text) {
+            EXPECT_TRUE(c >= 0x20 && c < 0x7f) << tag.name;
+        }
+    }
+    for (Family const& family : families) {
+        size_t count = 0;
+        for (Tag const& tag : tags) {
+            count += tag.name.compare(0, std::strlen(family.prefix), family.prefix) == 0 ? 1 : 0;
+        }
+        EXPECT_EQ(count, family.count) << family.prefix;
+    }
+    std::string const extender(PMMLModelTags::XML_VAL_EXTENSION_EXTENDER);
+    EXPECT_NE(extender.find('.'), std::string::npos);
+    EXPECT_EQ(extender.find(' '), std::string::npos);
 }
