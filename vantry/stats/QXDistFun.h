@@ -1,0 +1,74 @@
+// Distribution functions of the statistics layer: cumulative probabilities, quantiles and densities, and the
+// special functions beneath them, all in double precision.
+//
+// Every function answers the system-missing number of QXCommon_920::QXMV when it cannot give a value; none
+// throws. Functions with an `error` argument set it to 0 on entry, to 1 for an argument outside the domain
+// and to 2 for a computation that failed. The class keeps no state, so every function is reentrant.
+#pragma once
+
+#include "vantry/Export.h"
+
+namespace QXVantry_920 {
+class TransformationDictionary;
+class TransformVar;
+}  // namespace QXVantry_920
+
+namespace QXMath_920 {
+
+class QXDistFunTestAccess;
+
+class VANTRY_EXPORT QXDistFun {
+  public:
+    // Cumulative probabilities.
+    static double CdfStdNorm(double x);
+    static double CdfNorm(double x, double mean, double sd);
+    static double CdfT(double x, double df);
+    static double CdfF(double x, double df1, double df2);
+    static double CdfChi(double x, double df);
+    static double CdfGam(double x, double shape, double rate);
+    static double CdfBeta(double x, double a, double b);
+    // `error` 3 marks a size that is no whole number.
+    static double CdfBin(double x, double n, double p, long& error);
+    static double CDFHyper(double x, double total, double sample, double marked, int& error);
+
+    // Upper tails.
+    static double SigT(double x, double df);
+    static double SigF(double x, double df1, double df2);
+    static double SigChi(double x, double df);
+
+    // Quantiles.
+    static double IdfStdNorm(double p);
+    static double IdfNorm(double p, double mean, double sd);
+
+    // Densities and probabilities of single counts.
+    static double PdfNormalStandard(double x);
+    static double PdfNormal(double x, double mean, double sd);
+    static double PdfT(double x, double df, long& error);
+    static double PdfGamma(double x, double shape, double rate);
+    static double PdfBin(double x, double n, double p, long& error);
+    static double PdfNegBin(double x, double r, double p, long& error);
+    static double PdfHyper(long x, long total, long sample, long marked);
+
+    // The log of the gamma function.
+    static double kromdnlgam(double const& x);
+
+  private:
+    friend class QXVantry_920::TransformationDictionary;
+    friend class QXVantry_920::TransformVar;
+    friend class QXDistFunTestAccess;
+
+    static double probit(double const& p);
+    static double prbnrm(double const& z);
+    static double derf(double const& x);
+    static double derfc(double const& x);
+    static double dnlgam(double const& x);
+    static double dnlbnc(double const& n, double const& k, long& error);
+    static double gammad(double const& x, double const& shape, bool const& lower, long& error);
+    static double cdfexp(double const& x, double const& rate, long& error);
+    static double cdfbet(double const& x, double const& a, double const& b, long& error);
+    static double cbtaux(double const& x);
+    static double kromcdft(double const& x, double const& df, long& error);
+    static double kromcdff(double const& x, double const& df1, double const& df2, long& error);
+};
+
+}  // namespace QXMath_920
