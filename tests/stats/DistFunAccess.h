@@ -26,6 +26,19 @@ class QXDistFunTestAccess {
     static double kromcdff(double x, double df1, double df2, long& error) {
         return QXDistFun::kromcdff(x, df1, df2, error);
     }
+    static double betinv(double p, double a, double b, double eps1, double eps2) {
+        return QXDistFun::betinv(p, a, b, eps1, eps2);
+    }
+    static double idfchb(double p, double df, double start, long& error) {
+        return QXDistFun::idfchb(p, df, start, error);
+    }
+    static double kromidft(double p, double df, long& error) {
+        return QXDistFun::kromidft(p, df, error, 1e-20, 1e-12);
+    }
+    static double kromidff(double p, double df1, double df2, long& error) {
+        return QXDistFun::kromidff(p, df1, df2, error);
+    }
+    static double kromidfchi(double p, double df, long& error) { return QXDistFun::kromidfchi(p, df, error); }
 };
 
 }  // namespace QXMath_920

@@ -75,6 +75,16 @@ inline std::map<std::string, Evaluator> const& Evaluators() {
         t["CdfNorm"] = [](double const* x) { return QXDistFun::CdfNorm(x[0], x[1], x[2]); };
         t["IdfStdNorm"] = [](double const* x) { return QXDistFun::IdfStdNorm(x[0]); };
         t["IdfNorm"] = [](double const* x) { return QXDistFun::IdfNorm(x[0], x[1], x[2]); };
+        t["IdfT"] = [](double const* x) { return QXDistFun::IdfT(x[0], x[1], x[2], x[3]); };
+        t["IdfF"] = [](double const* x) { return QXDistFun::IdfF(x[0], x[1], x[2]); };
+        t["IdfChi"] = [](double const* x) { return QXDistFun::IdfChi(x[0], x[1]); };
+        t["IdfGam"] = [](double const* x) { return QXDistFun::IdfGam(x[0], x[1], x[2]); };
+        t["IdfBeta"] = [](double const* x) { return QXDistFun::IdfBeta(x[0], x[1], x[2]); };
+        t["IdfBin"] = [checked](double const* x) {
+            long e = 0;
+            double v = QXDistFun::IdfBin(x[0], x[1], x[2], e);
+            return checked(v, e);
+        };
         t["kromdnlgam"] = [](double const* x) { return QXDistFun::kromdnlgam(x[0]); };
         t["CdfT"] = [](double const* x) { return QXDistFun::CdfT(x[0], x[1]); };
         t["SigT"] = [](double const* x) { return QXDistFun::SigT(x[0], x[1]); };

@@ -156,6 +156,36 @@ def hyper_cdf(x, total, sample, marked):
     return mp.fsum(hyper_pmf(i, total, sample, marked) for i in range(low, int(x) + 1))
 
 
+def invert(cdf, p, lo, hi):
+    """The x at which an increasing cdf reaches p: widen [lo, hi] until it brackets p, then a bracketing
+    root finder to full working precision."""
+    p = mp.mpf(p)
+    lo, hi = mp.mpf(lo), mp.mpf(hi)
+    while cdf(lo) > p:
+        lo = lo * 2 if lo < 0 else lo / 2
+    while cdf(hi) < p:
+        hi = hi * 2 if hi > 0 else hi / 2
+    # Illinois regula falsi: keeps the bracket, converges superlinearly.
+    flo, fhi = cdf(lo) - p, cdf(hi) - p
+    side = 0
+    for _ in range(500):
+        x = (lo * fhi - hi * flo) / (fhi - flo)
+        fx = cdf(x) - p
+        if fx == 0 or hi - lo <= mp.mpf(10) ** -33 * abs(x):
+            return x
+        if fx < 0:
+            lo, flo = x, fx
+            if side == -1:
+                fhi /= 2
+            side = -1
+        else:
+            hi, fhi = x, fx
+            if side == 1:
+                flo /= 2
+            side = 1
+    raise RuntimeError("no convergence")
+
+
 # --- grids -------------------------------------------------------------------------------------------------
 
 
@@ -315,8 +345,69 @@ def central_grids():
             add("CDFHyper", grid, [x, total, sample, marked], cdf)
 
 
+def inverse_grids():
+    # The beta inverse stops on absolute tolerances (1e-20 on the squared step, 1e-12 on the step) and never
+    # goes below 1e-12, so quantiles built on it are good to about 1e-10 in the beta variable.
+    for df in [1, 1.5, 3, 10, 50, 1000]:
+        for p in [0.01, 0.1, 0.3, 0.6, 0.9, 0.975]:
+            add("IdfT", "centre", [p, df, 1e-20, 1e-12], invert(lambda t: t_cdf(t, df), p, -1, 1))
+        for p in [1e-10, 1e-5, 0.9999]:
+            if p > 1e-10 or df >= 3:
+                add("IdfT", "tails", [p, df, 1e-20, 1e-12], invert(lambda t: t_cdf(t, df), p, -1, 1))
+
+    for df1 in [1, 2, 5, 20]:
+        for df2 in [1, 4, 30, 1000]:
+            # With one numerator degree and many denominator ones the quantile comes from 1 / c - 1 for c
+            # near 1, which magnifies the beta tolerance.
+            grid = "one and 1000 degrees" if df1 == 1 and df2 == 1000 else "centre"
+            for p in [0.01, 0.3, 0.5, 0.9, 0.99]:
+                add("IdfF", grid, [p, df1, df2], invert(lambda x: f_cdf(x, df1, df2), p, 0.5, 2))
+
+    def chi_quantile(p, df):
+        return invert(lambda x: gamma_lower(x / 2, df / 2), p, df / 2, 2 * df)
+
+    for df in [0.1, 0.3, 0.5, 1, 2, 5, 10, 50, 300, 1e4]:
+        for p in [0.01, 0.1, 0.5, 0.9, 0.99, 1e-12, 1e-6, 0.999999]:
+            x = chi_quantile(p, df)
+            # A first guess below 5e-7 is the result itself.
+            grid = "below 5e-7" if x < 5e-7 else "centre" if 0.01 <= p <= 0.99 else "tails"
+            add("IdfChi", grid, [p, df], x)
+    # Where the Taylor step's exponent passes 141.8 the quantile comes from bisection to 1e-8.
+    # Such tiny probabilities are solved on log scales.
+    for p, df in [(1e-300, 100.0), (1e-200, 60.0)]:
+        u = invert(lambda v: mp.log(gamma_lower(mp.exp(v) / 2, df / 2)), mp.log(p), -20, 0)
+        add("IdfChi", "bisection", [p, df], mp.exp(u))
+    for p, shape, rate in [(0.2, 0.5, 1.0), (0.5, 3.0, 2.0), (0.95, 12.0, 0.25), (0.01, 1.0, 4.0)]:
+        add("IdfGam", "centre", [p, shape, rate],
+            invert(lambda x: gamma_lower(x * rate, shape), p, shape / rate / 2, 2 * shape / rate))
+
+    for a in [0.5, 1, 2.5, 10, 200]:
+        for b in [0.5, 1, 2.5, 10, 200]:
+            for p in [1e-6, 0.05, 0.3, 0.5, 0.8, 0.99]:
+                add("IdfBeta", "centre", [p, a, b], invert(lambda x: beta_cdf(x, a, b), p, 0, 1))
+
+    for n in [1, 10, 50, 1000, 1e5]:
+        for prob in [0.05, 0.3, 0.5, 0.9]:
+            sd = (n * prob * (1 - prob)) ** 0.5
+            for p in [0.013, 0.2, 0.5, 0.8, 0.99]:
+                # The largest count whose cumulative probability does not exceed p, and 0 where none does.
+                k = max(-1, int(n * prob + float(norm_quantile(p)) * sd) - 6)
+                c = binom_cdf(k, n, prob) if k >= 0 else mp.mpf(0)
+                while k > -1 and c > p:
+                    c -= binom_pmf(k, n, prob)
+                    k -= 1
+                while k + 1 < n and c + binom_pmf(k + 1, n, prob) <= p:
+                    k += 1
+                    c += binom_pmf(k, n, prob)
+                following = c + binom_pmf(k + 1, n, prob) if k + 1 < n else mp.mpf(1)
+                if abs(c - p) < 1e-9 or abs(following - p) < 1e-9:
+                    continue
+                add("IdfBin", "counts", [p, n, prob], max(k, 0))
+
+
 def main():
-    central_grids()
+    central_grids() if "--inverse-only" not in sys.argv else None
+    inverse_grids()
     root = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "fixtures")
     path = os.path.normpath(os.path.join(root, "stats_reference.csv"))
     with open(path, "w", newline="") as out:

@@ -39,6 +39,13 @@ class VANTRY_EXPORT QXDistFun {
     // Quantiles.
     static double IdfStdNorm(double p);
     static double IdfNorm(double p, double mean, double sd);
+    static double IdfT(double p, double df, double eps1, double eps2);
+    static double IdfF(double p, double df1, double df2);
+    static double IdfChi(double p, double df);
+    static double IdfGam(double const& p, double const& shape, double const& rate);
+    static double IdfBeta(double const& p, double const& a, double const& b);
+    // The largest count whose cumulative probability does not exceed p.
+    static double IdfBin(double p, double n, double prob, long& error);
 
     // Densities and probabilities of single counts.
     static double PdfNormalStandard(double x);
@@ -69,6 +76,14 @@ class VANTRY_EXPORT QXDistFun {
     static double cbtaux(double const& x);
     static double kromcdft(double const& x, double const& df, long& error);
     static double kromcdff(double const& x, double const& df1, double const& df2, long& error);
+    // Inverse of the incomplete beta ratio; -1 means failure.
+    static double betinv(double const& p, double const& a, double const& b, double const& eps1,
+                         double const& eps2);
+    static double idfchb(double const& p, double const& df, double const& start, long& error);
+    static double kromidft(double const& p, double const& df, long& error, double const& eps1,
+                           double const& eps2);
+    static double kromidff(double const& p, double const& df1, double const& df2, long& error);
+    static double kromidfchi(double const& p, double const& df, long& error);
 };
 
 }  // namespace QXMath_920
