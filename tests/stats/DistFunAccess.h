@@ -2,6 +2,7 @@
 // the private functions (and read their error codes) that the public functions hide.
 #pragma once
 
+#include "vantry/diagnostics/QXMV.h"
 #include "vantry/stats/QXDistFun.h"
 
 namespace QXMath_920 {
@@ -39,6 +40,20 @@ class QXDistFunTestAccess {
         return QXDistFun::kromidff(p, df1, df2, error);
     }
     static double kromidfchi(double p, double df, long& error) { return QXDistFun::kromidfchi(p, df, error); }
+    static double ncdbet(double x, double a, double b, double lambda, long& error, double errmax) {
+        return QXDistFun::ncdbet(x, a, b, lambda, error, errmax);
+    }
 };
 
 }  // namespace QXMath_920
+
+namespace statstest {
+
+using Core = QXMath_920::QXDistFunTestAccess;
+using QXMath_920::QXDistFun;
+
+inline bool Missing(double v) {
+    return QXCommon_920::QXMV::IsMissing(v);
+}
+
+}  // namespace statstest

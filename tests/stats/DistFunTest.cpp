@@ -5,20 +5,13 @@
 #include <limits>
 
 #include "tests/stats/DistFunAccess.h"
-#include "vantry/diagnostics/QXMV.h"
 #include "vantry/stats/QXDistFun.h"
 
-using QXCommon_920::QXMV;
-using QXMath_920::QXDistFun;
-using Core = QXMath_920::QXDistFunTestAccess;
+using namespace statstest;
 
 namespace {
 
 double const kNaN = std::numeric_limits<double>::quiet_NaN();
-
-bool Missing(double v) {
-    return QXMV::IsMissing(v);
-}
 
 TEST(QXDistFunNormal, QuantileAndProbabilityKeepTheirDomainsAndSymmetry) {
     EXPECT_EQ(QXDistFun::IdfNorm(0.5, 3.0, 2.0), 3.0);

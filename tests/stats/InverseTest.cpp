@@ -3,18 +3,11 @@
 #include <cmath>
 
 #include "tests/stats/DistFunAccess.h"
-#include "vantry/diagnostics/QXMV.h"
 #include "vantry/stats/QXDistFun.h"
 
-using QXCommon_920::QXMV;
-using QXMath_920::QXDistFun;
-using Core = QXMath_920::QXDistFunTestAccess;
+using namespace statstest;
 
 namespace {
-
-bool Missing(double v) {
-    return QXMV::IsMissing(v);
-}
 
 TEST(QXDistFunBetaInverse, ClosedFormsFailuresAndRoundTrip) {
     // The ends of p come before any test of the shapes.

@@ -156,6 +156,47 @@ def hyper_cdf(x, total, sample, marked):
     return mp.fsum(hyper_pmf(i, total, sample, marked) for i in range(low, int(x) + 1))
 
 
+def chi2_pdf(u, df):
+    return mp.exp((df / 2 - 1) * mp.log(u) - u / 2 - (df / 2) * mp.log(2) - mp.loggamma(df / 2))
+
+
+def nct_cdf(t, df, delta):
+    """P(T <= t) for T = (Z + delta) / sqrt(V / df): the normal probability averaged over the chi-square."""
+    t, df, delta = mp.mpf(t), mp.mpf(df), mp.mpf(delta)
+    f = lambda u: mp.ncdf(t * mp.sqrt(u / df) - delta) * chi2_pdf(u, df)
+    return mp.quad(f, [0, df / 4, df, 4 * df, 16 * df + 50, mp.inf])
+
+
+def nct_pdf(t, df, delta):
+    t, df, delta = mp.mpf(t), mp.mpf(df), mp.mpf(delta)
+    f = lambda u: mp.npdf(t * mp.sqrt(u / df) - delta) * mp.sqrt(u / df) * chi2_pdf(u, df)
+    return mp.quad(f, [0, df / 4, df, 4 * df, 16 * df + 50, mp.inf])
+
+
+def poisson_mixture(lam, term):
+    """Sum over j of the Poisson(lam / 2) weight of j times term(j), to full working precision."""
+    c = mp.mpf(lam) / 2
+    centre = int(c)
+    total = mp.mpf(0)
+    for direction in (range(centre, -1, -1), range(centre + 1, 10**7)):
+        for j in direction:
+            part = mp.exp(-c + j * mp.log(c) - mp.loggamma(j + 1)) * term(j) if c > 0 else (term(0) if j == 0 else 0)
+            total += part
+            if j != centre and abs(part) < mp.mpf(10) ** -38 * abs(total):
+                break
+    return total
+
+
+def ncf_cdf(f, df1, df2, lam):
+    f, df1, df2 = mp.mpf(f), mp.mpf(df1), mp.mpf(df2)
+    x = df1 * f / (df1 * f + df2)
+    return poisson_mixture(lam, lambda j: beta_cdf(x, df1 / 2 + j, df2 / 2))
+
+
+def ncchi_cdf(x, df, lam):
+    return poisson_mixture(lam, lambda j: gamma_lower(mp.mpf(x) / 2, mp.mpf(df) / 2 + j))
+
+
 def invert(cdf, p, lo, hi):
     """The x at which an increasing cdf reaches p: widen [lo, hi] until it brackets p, then a bracketing
     root finder to full working precision."""
@@ -405,8 +446,45 @@ def inverse_grids():
                 add("IdfBin", "counts", [p, n, prob], max(k, 0))
 
 
+def noncentral_grids():
+    for df in [1, 4, 15, 60]:
+        for delta in [-3.0, -0.5, 0.5, 2.0, 6.0, 20.0]:
+            for t in [-4.0, -1.0, 0.5, 1.5, 3.0, 8.0, 25.0]:
+                add("NonCentralCdfT", "grid", [t, df, delta, 1e-12], nct_cdf(t, df, delta))
+    for t, df, delta in [(38.0, 30, 40.0), (42.0, 30, 40.0), (-1.0, 10, -45.0)]:
+        add("NonCentralCdfT", "large delta", [t, df, delta, 1e-12], nct_cdf(t, df, delta))
+
+    for t, df, delta in [(0.0, 5, 1.5), (1.2, 5, 1.5), (-1.2, 5, 1.5), (3.0, 12, -2.0), (10.0, 30, 9.0),
+                         (0.4, 2, 0.3), (-6.0, 8, -5.0), (2.0, 3, -1.0)]:
+        add("NonCentralPdfT", "grid", [t, df, delta], nct_pdf(t, df, delta))
+
+    for df1, df2 in [(1, 10), (3, 7.5), (10, 40)]:
+        for lam in [0.5, 4.0, 30.0, 300.0]:
+            for f in [0.2, 1.0, 3.0, 12.0]:
+                add("NonCentralCdfF", "grid", [f, df1, df2, lam], ncf_cdf(f, df1, df2, lam))
+
+    for df in [1, 3.5, 12, 80]:
+        for lam in [0.5, 4.0, 30.0, 400.0]:
+            mean = df + lam
+            for m in [0.3, 0.8, 1.0, 1.3, 2.0]:
+                x = mean * m
+                add("NonCentralCdfChi", "grid", [x, df, lam], ncchi_cdf(x, df, lam))
+
+    # The non-centrality at which the probability is p, found to 1e-10.
+    for t, df, p in [(2.0, 10, 0.2), (2.0, 10, 0.8), (0.5, 5, 0.05), (4.0, 30, 0.5)]:
+        delta = invert(lambda d: -nct_cdf(t, df, d), -p, -10, 10)
+        add("FindNCParamT", "search", [t, df, p, 1e-10], delta)
+    for f, df1, df2, p in [(3.0, 4, 20, 0.2), (2.0, 2, 10, 0.05)]:
+        lam = invert(lambda v: -ncf_cdf(f, df1, df2, v), -p, 0.5, 10)
+        add("FindNCParamF", "search", [f, df1, df2, p], lam)
+    for x, df, p in [(10.0, 3, 0.2), (5.0, 1, 0.5), (40.0, 12, 0.1)]:
+        lam = invert(lambda v: -ncchi_cdf(x, df, v), -p, 0.5, 10)
+        add("FindNCParamChi", "search", [x, df, p, 1e-10], lam)
+
+
 def main():
-    central_grids() if "--inverse-only" not in sys.argv else None
+    central_grids()
+    noncentral_grids()
     inverse_grids()
     root = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "fixtures")
     path = os.path.normpath(os.path.join(root, "stats_reference.csv"))

@@ -1,6 +1,7 @@
 // Small helpers shared by the distribution sources. Internal to the library: nothing here is exported.
 #pragma once
 
+#include <cfloat>
 #include <cmath>
 
 #include "vantry/diagnostics/QXMV.h"
@@ -18,6 +19,17 @@ constexpr double kExpCeiling = 709.0;
 constexpr double kHalfLogPi = 0.5723649429247001;
 constexpr double kPi = 3.14159265358979323846;
 
+// Constants computed once, under the thread-safe initialisation of local statics.
+inline double SqrtTwo() {
+    static double const value = std::sqrt(2.0);
+    return value;
+}
+
+inline double SqrtDblMax() {
+    static double const value = std::sqrt(DBL_MAX);
+    return value;
+}
+
 inline double Missing() {
     return QXCommon_920::QXMV::Missing();
 }
@@ -33,6 +45,15 @@ inline double ExpAbove(double t, double floor) {
 
 inline bool IsWhole(double v) {
     return std::floor(v) == v;
+}
+
+// Runs a computation that reports an error code through its argument; gives its value, or the missing value
+// for any code but 0.
+template <typename Compute>
+double ValueOrMissing(Compute compute) {
+    long error = 0;
+    double const value = compute(error);
+    return error == 0 ? value : Missing();
 }
 
 // First index of the Poisson-weighted series of the non-central laws, for c half the non-centrality:

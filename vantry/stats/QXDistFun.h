@@ -6,6 +6,8 @@
 // and to 2 for a computation that failed. The class keeps no state, so every function is reentrant.
 #pragma once
 
+#include <vector>
+
 #include "vantry/Export.h"
 
 namespace QXVantry_920 {
@@ -59,6 +61,30 @@ class VANTRY_EXPORT QXDistFun {
     // The log of the gamma function.
     static double kromdnlgam(double const& x);
 
+    // Non-central laws. `errmax` bounds the truncation error of the Poisson-weighted series.
+    static double NonCentralCdfT(double t, double df, double delta, double errmax);
+    static double NonCentralPdfT(double t, double df, double delta, long& error);
+    static double NonCentralCdfF(double f, double df1, double df2, double lambda, double errmax);
+    static double NonCentralCdfChi(double x, double df, double lambda);
+
+    // The non-centrality at which the non-central cumulative probability equals p, for power analysis.
+    static double FindNCParamT(double t, double df, double p, double eps, double errmax);
+    static double FindNCParamF(double f, double df1, double df2, double p, double errmax);
+    static double FindNCParamChi(double x, double df, double p, double eps);
+
+    // A distribution-free confidence interval of the median from the order statistics of `n` sorted values
+    // with frequency weights; `coverage` is in percent. Outputs stay missing where no interval is found.
+    static void Mednci(long n, std::vector<double> const& values, std::vector<double> const& weights,
+                       double total, double confidence, bool wantCoverage, double& lower, double& upper,
+                       double& coverage);
+    // A percentile of grouped data: class values with their counts, the classes taken as points between
+    // midpoints (limitCount 0 or below), of a fixed width limits[0] (limitCount 1), or between the explicit
+    // boundaries in limits (limitCount 2 or more). `status` is -1 for too few classes, 1 and 2 for a
+    // percentile below the first or above the last class centre, 0 otherwise.
+    static void GPTile(long n, double percent, std::vector<double> const& values,
+                       std::vector<double> const& counts, std::vector<double> const& limits, long limitCount,
+                       double& result, long& status);
+
   private:
     friend class QXVantry_920::TransformationDictionary;
     friend class QXVantry_920::TransformVar;
@@ -84,6 +110,9 @@ class VANTRY_EXPORT QXDistFun {
                            double const& eps2);
     static double kromidff(double const& p, double const& df1, double const& df2, long& error);
     static double kromidfchi(double const& p, double const& df, long& error);
+    // Non-central incomplete beta ratio.
+    static double ncdbet(double const& x, double const& a, double const& b, double const& lambda, long& error,
+                         double const& errmax);
 };
 
 }  // namespace QXMath_920

@@ -341,15 +341,11 @@ double QXDistFun::kromcdff(double const& x, double const& df1, double const& df2
 }
 
 double QXDistFun::CdfT(double x, double df) {
-    long error = 0;
-    double const value = kromcdft(x, df, error);
-    return error == 0 ? value : Missing();
+    return dist::ValueOrMissing([&](long& error) { return kromcdft(x, df, error); });
 }
 
 double QXDistFun::CdfF(double x, double df1, double df2) {
-    long error = 0;
-    double const value = kromcdff(x, df1, df2, error);
-    return error == 0 ? value : Missing();
+    return dist::ValueOrMissing([&](long& error) { return kromcdff(x, df1, df2, error); });
 }
 
 double QXDistFun::CdfChi(double x, double df) {
@@ -377,9 +373,7 @@ double QXDistFun::CdfGam(double x, double shape, double rate) {
 }
 
 double QXDistFun::CdfBeta(double x, double a, double b) {
-    long error = 0;
-    double const value = cdfbet(x, a, b, error);
-    return error == 0 ? value : Missing();
+    return dist::ValueOrMissing([&](long& error) { return cdfbet(x, a, b, error); });
 }
 
 double QXDistFun::SigT(double x, double df) {

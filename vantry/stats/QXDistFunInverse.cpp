@@ -379,21 +379,15 @@ double QXDistFun::idfchb(double const& p, double const& df, double const& start,
 }
 
 double QXDistFun::IdfT(double p, double df, double eps1, double eps2) {
-    long error = 0;
-    double const value = kromidft(p, df, error, eps1, eps2);
-    return error == 0 ? value : Missing();
+    return dist::ValueOrMissing([&](long& error) { return kromidft(p, df, error, eps1, eps2); });
 }
 
 double QXDistFun::IdfF(double p, double df1, double df2) {
-    long error = 0;
-    double const value = kromidff(p, df1, df2, error);
-    return error == 0 ? value : Missing();
+    return dist::ValueOrMissing([&](long& error) { return kromidff(p, df1, df2, error); });
 }
 
 double QXDistFun::IdfChi(double p, double df) {
-    long error = 0;
-    double const value = kromidfchi(p, df, error);
-    return error == 0 ? value : Missing();
+    return dist::ValueOrMissing([&](long& error) { return kromidfchi(p, df, error); });
 }
 
 double QXDistFun::IdfGam(double const& p, double const& shape, double const& rate) {
@@ -403,9 +397,8 @@ double QXDistFun::IdfGam(double const& p, double const& shape, double const& rat
     if (p == 0.0) {
         return 0.0;
     }
-    long error = 0;
-    double const value = kromidfchi(p, 2.0 * shape, error);
-    return error == 0 ? value * 0.5 / rate : Missing();
+    double const value = dist::ValueOrMissing([&](long& error) { return kromidfchi(p, 2.0 * shape, error); });
+    return dist::IsMissing(value) ? value : value * 0.5 / rate;
 }
 
 double QXDistFun::IdfBeta(double const& p, double const& a, double const& b) {

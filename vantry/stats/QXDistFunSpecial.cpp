@@ -1,6 +1,5 @@
 // The special functions under the distributions: the normal law and its quantile, the error functions, the
 // log gamma function and the log binomial coefficient.
-#include <cfloat>
 #include <cmath>
 
 #include "vantry/stats/DistSupport.h"
@@ -11,16 +10,6 @@ namespace QXMath_920 {
 using dist::Missing;
 
 namespace {
-
-double SqrtTwo() {
-    static double const value = std::sqrt(2.0);
-    return value;
-}
-
-double SqrtDblMax() {
-    static double const value = std::sqrt(DBL_MAX);
-    return value;
-}
 
 // Horner evaluation of c[0] + c[1] x + ... + c[7] x^7.
 double Poly8(double const (&c)[8], double x) {
@@ -95,10 +84,10 @@ double QXDistFun::prbnrm(double const& z) {
         return Missing();
     }
     if (z > 0.0) {
-        return (derf(z / SqrtTwo()) + 1.0) * 0.5;
+        return (derf(z / dist::SqrtTwo()) + 1.0) * 0.5;
     }
     if (z < 0.0) {
-        return derfc(-z / SqrtTwo()) * 0.5;
+        return derfc(-z / dist::SqrtTwo()) * 0.5;
     }
     return 0.5;
 }
@@ -175,7 +164,7 @@ double QXDistFun::cbtaux(double const& x) {
     if (x < 0.0) {
         return Missing();
     }
-    if (x > SqrtDblMax()) {
+    if (x > dist::SqrtDblMax()) {
         return -1.0;
     }
     double const d = 1.0 - x;
