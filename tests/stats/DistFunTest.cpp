@@ -1,7 +1,10 @@
+// Domains, branch points and guards of the central laws. Their accuracy over whole grids is the business of
+// the reference table (ReferenceTest.cpp); the cases here are the ones a grid does not pin down.
 #include <gtest/gtest.h>
 
-#include <cfloat>
 #include <cmath>
+#include <functional>
+#include <iterator>
 #include <limits>
 
 #include "tests/stats/DistFunAccess.h"
@@ -12,8 +15,9 @@ using namespace statstest;
 namespace {
 
 double const kNaN = std::numeric_limits<double>::quiet_NaN();
+double const kInf = std::numeric_limits<double>::infinity();
 
-TEST(QXDistFunNormal, QuantileAndProbabilityKeepTheirDomainsAndSymmetry) {
+TEST(QXDistFunNormal, DomainsExactPointsAndRegionJoints) {
     EXPECT_EQ(QXDistFun::IdfNorm(0.5, 3.0, 2.0), 3.0);
     EXPECT_EQ(QXDistFun::IdfStdNorm(0.5), 0.0);
     EXPECT_TRUE(Missing(QXDistFun::IdfNorm(0.0, 0.0, 1.0)));
@@ -24,13 +28,7 @@ TEST(QXDistFunNormal, QuantileAndProbabilityKeepTheirDomainsAndSymmetry) {
         EXPECT_TRUE(Missing(Core::probit(p))) << p;
     }
     EXPECT_EQ(Core::prbnrm(0.0), 0.5);
-    EXPECT_TRUE(Missing(Core::prbnrm(kNaN)));
 
-    for (double x : {0.3, 1.0, 2.5, 6.0}) {
-        EXPECT_NEAR(Core::prbnrm(x) + Core::prbnrm(-x), 1.0, 2e-16) << x;
-        EXPECT_NEAR(Core::probit(Core::prbnrm(-x)), -x, 1e-14 * x) << x;
-        EXPECT_DOUBLE_EQ(Core::probit(1.0 - Core::prbnrm(x)), -Core::probit(Core::prbnrm(x)));
-    }
     // The three rational regions of the quantile meet without a visible step.
     double const qCentre = 0.075;  // |p - 0.5| = 0.425
     EXPECT_NEAR(Core::probit(std::nextafter(qCentre, 1.0)), Core::probit(qCentre), 1e-14);
@@ -38,17 +36,14 @@ TEST(QXDistFunNormal, QuantileAndProbabilityKeepTheirDomainsAndSymmetry) {
     EXPECT_NEAR(Core::probit(std::nextafter(pFar, 1.0)) / Core::probit(pFar), 1.0, 1e-14);
 
     EXPECT_EQ(QXDistFun::PdfNormalStandard(0.0), 0.3989422804014327);
-    EXPECT_NEAR(QXDistFun::PdfNormal(12.0, 10.0, 2.0), QXDistFun::PdfNormalStandard(1.0) / 2.0, 1e-17);
     EXPECT_TRUE(Missing(QXDistFun::PdfNormal(1.0, 0.0, 0.0)));
 }
 
-TEST(QXDistFunSpecial, ErrorFunctionsAreOddAndComplementaryWithAnUnderflowFloor) {
+TEST(QXDistFunSpecial, ErrorFunctionsWithAnUnderflowFloor) {
     EXPECT_EQ(Core::derf(0.0), 0.0);
     EXPECT_EQ(Core::derfc(0.0), 1.0);
-    for (double x : {0.1, 1.3, 2.2, 4.0}) {
-        EXPECT_EQ(Core::derf(-x), -Core::derf(x));
-        EXPECT_NEAR(Core::derf(x) + Core::derfc(x), 1.0, 2e-16);
-        EXPECT_NEAR(Core::derfc(-x), 2.0 - Core::derfc(x), 4e-16);
+    for (double x : {-1.3, 0.1, 2.2, 4.0}) {
+        EXPECT_NEAR(Core::derf(x) + Core::derfc(x), 1.0, 4e-16) << x;
     }
     EXPECT_EQ(Core::derf(7.0), 1.0);
     EXPECT_EQ(Core::derf(-50.0), -1.0);
@@ -65,14 +60,12 @@ TEST(QXDistFunSpecial, LogGammaAndLogBinomialCoefficient) {
     EXPECT_EQ(Core::dnlgam(0.5), 0.5723649429247001);
     EXPECT_TRUE(Missing(Core::dnlgam(0.0)));
     EXPECT_TRUE(Missing(Core::dnlgam(-2.5)));
-    EXPECT_EQ(QXDistFun::kromdnlgam(7.25), Core::dnlgam(7.25));
 
     long error = -1;
     EXPECT_EQ(Core::dnlbnc(10.0, 0.0, error), 0.0);
     EXPECT_EQ(error, 0);
     EXPECT_EQ(Core::dnlbnc(10.0, 10.0, error), 0.0);
-    EXPECT_NEAR(Core::dnlbnc(10.0, 3.0, error), std::log(120.0), 1e-15);
-    EXPECT_NEAR(Core::dnlbnc(33.0, 16.0, error), std::log(1166803110.0), 1e-14);
+    EXPECT_NEAR(Core::dnlbnc(33.0, 16.0, error), std::log(1166803110.0), 1e-14);  // the product
     EXPECT_NEAR(Core::dnlbnc(1000.0, 500.0, error), std::lgamma(1001.0) - 2.0 * std::lgamma(501.0), 1e-12);
     EXPECT_NEAR(Core::dnlbnc(5.5, 2.0, error), std::log(5.5 * 4.5 / 2.0), 1e-14);
     for (auto nk : {std::pair<double, double>{-1.0, 0.0}, {5.0, -1.0}, {5.0, 6.0}, {kNaN, 1.0}}) {
@@ -81,74 +74,48 @@ TEST(QXDistFunSpecial, LogGammaAndLogBinomialCoefficient) {
     }
 }
 
-TEST(QXDistFunGamma, IncompleteGammaRatioTailsDomainAndGuards) {
+TEST(QXDistFunGamma, IncompleteGammaRatioExponentialCaseDomainAndGuards) {
     long error = -1;
     EXPECT_TRUE(Missing(Core::gammad(1.0, 0.0, true, error)));
-    EXPECT_EQ(error, 1);
-    EXPECT_TRUE(Missing(Core::gammad(1.0, -2.0, false, error)));
     EXPECT_EQ(error, 1);
     EXPECT_EQ(Core::gammad(0.0, 2.0, true, error), 0.0);
     EXPECT_EQ(error, 0);
     EXPECT_EQ(Core::gammad(-1.0, 2.0, false, error), 1.0);
 
-    // Shape 1 is the exponential law, with exp(-x) taken as 0 past 708.
-    EXPECT_EQ(Core::gammad(2.0, 1.0, true, error), 1.0 - std::exp(-2.0));
+    // Shape 1 is the exponential law, with exp(-x) taken as 0 below -708 here and below -708.39 in cdfexp.
     EXPECT_EQ(Core::gammad(707.0, 1.0, false, error), std::exp(-707.0));
-    EXPECT_EQ(Core::gammad(708.5, 1.0, false, error), 0.0);
+    EXPECT_EQ(Core::gammad(708.2, 1.0, false, error), 0.0);
+    EXPECT_EQ(Core::cdfexp(708.2, 1.0, error), 1.0 - std::exp(-708.2));
+    EXPECT_EQ(Core::cdfexp(0.0, 2.0, error), 0.0);
+    EXPECT_TRUE(Missing(Core::cdfexp(1.0, 0.0, error)));
+    EXPECT_EQ(error, 1);
+    EXPECT_EQ(QXDistFun::CdfGam(1.5, 1.0, 2.0), 1.0 - std::exp(-3.0));
 
     // Both tails add to one, on either side of the switch between series and continued fraction.
     for (double shape : {0.3, 2.5, 40.0}) {
         for (double x : {0.5, shape, 1.5 * shape + 2.0}) {
             double const lower = Core::gammad(x, shape, true, error);
-            double const upper = Core::gammad(x, shape, false, error);
-            EXPECT_NEAR(lower + upper, 1.0, 1e-14) << x << " " << shape;
+            EXPECT_NEAR(lower + Core::gammad(x, shape, false, error), 1.0, 1e-14) << x << " " << shape;
         }
     }
     EXPECT_EQ(QXDistFun::CdfChi(0.0, 1.0), 0.0);
     EXPECT_EQ(QXDistFun::SigChi(0.0, 1.0), 1.0);
     EXPECT_TRUE(Missing(QXDistFun::CdfChi(1.0, 0.0)));
     EXPECT_TRUE(Missing(QXDistFun::SigChi(1.0, -1.0)));
-    EXPECT_EQ(QXDistFun::CdfChi(3.0, 2.0), 1.0 - std::exp(-1.5));
-    EXPECT_NEAR(QXDistFun::CdfGam(1.7, 3.5, 2.0), QXDistFun::CdfChi(6.8, 7.0), 1e-15);
-    EXPECT_TRUE(Missing(QXDistFun::CdfGam(1.0, 0.0, 1.0)));
     EXPECT_TRUE(Missing(QXDistFun::CdfGam(1.0, 1.0, 0.0)));
     EXPECT_EQ(QXDistFun::CdfGam(-1.0, 2.0, 1.0), 0.0);
 }
 
-TEST(QXDistFunGamma, ExponentialLaw) {
-    long error = -1;
-    EXPECT_EQ(Core::cdfexp(1.5, 2.0, error), 1.0 - std::exp(-3.0));
-    EXPECT_EQ(error, 0);
-    EXPECT_EQ(Core::cdfexp(0.0, 2.0, error), 0.0);
-    EXPECT_EQ(Core::cdfexp(1e6, 1.0, error), 1.0);
-    EXPECT_TRUE(Missing(Core::cdfexp(1.0, 0.0, error)));
-    EXPECT_EQ(error, 1);
-    EXPECT_EQ(QXDistFun::CdfGam(1.5, 1.0, 2.0), 1.0 - std::exp(-3.0));
-}
-
-TEST(QXDistFunBeta, IncompleteBetaRatioClosedFormsSymmetryAndApproximation) {
+TEST(QXDistFunBeta, IncompleteBetaRatioClosedFormsAndApproximation) {
     long error = -1;
     EXPECT_TRUE(Missing(Core::cdfbet(0.5, 0.0, 1.0, error)));
-    EXPECT_EQ(error, 1);
-    EXPECT_TRUE(Missing(Core::cdfbet(0.5, 2.0, -1.0, error)));
     EXPECT_EQ(error, 1);
     EXPECT_EQ(Core::cdfbet(-0.1, 2.0, 3.0, error), 0.0);
     EXPECT_EQ(error, 0);
     EXPECT_EQ(Core::cdfbet(1.0, 2.0, 3.0, error), 1.0);
     EXPECT_EQ(Core::cdfbet(0.3, 1.0, 1.0, error), 0.3);
-    EXPECT_EQ(Core::cdfbet(0.3, 2.5, 1.0, error), std::exp(2.5 * std::log(0.3)));
-    EXPECT_EQ(Core::cdfbet(0.3, 1.0, 2.5, error), 1.0 - std::exp(2.5 * std::log(0.7)));
     EXPECT_EQ(Core::cdfbet(1e-300, 3.0, 1.0, error), 0.0);
     EXPECT_EQ(Core::cdfbet(1.0 - 1e-16, 1.0, 1e4, error), 1.0);
-
-    for (double a : {0.4, 3.0, 60.0}) {
-        for (double b : {0.7, 5.0, 300.0}) {
-            for (double x : {0.02, 0.4, 0.9}) {
-                EXPECT_NEAR(Core::cdfbet(x, a, b, error) + Core::cdfbet(1.0 - x, b, a, error), 1.0, 1e-13)
-                    << x << " " << a << " " << b;
-            }
-        }
-    }
 
     // Shapes so large that the continued fraction does not settle within its passes use the normal
     // approximation: symmetric about the mean and increasing.
@@ -163,51 +130,29 @@ TEST(QXDistFunBeta, IncompleteBetaRatioClosedFormsSymmetryAndApproximation) {
     EXPECT_TRUE(Missing(Core::cbtaux(-0.5)));
     EXPECT_EQ(Core::cbtaux(1e160), -1.0);
     EXPECT_NEAR(Core::cbtaux(0.5), (std::log(0.5) + 0.75) / 0.25, 1e-15);
-    EXPECT_TRUE(Missing(QXDistFun::CdfBeta(0.5, 1.0, 0.0)));
 }
 
-TEST(QXDistFunStudent, CumulativeAndUpperTailAreConsistent) {
+TEST(QXDistFunStudentAndFisher, DomainsAndSpecialCases) {
     long error = -1;
     EXPECT_TRUE(Missing(Core::kromcdft(1.0, 0.0, error)));
     EXPECT_EQ(error, 1);
-    EXPECT_TRUE(Missing(QXDistFun::CdfT(1.0, -3.0)));
     EXPECT_TRUE(Missing(QXDistFun::SigT(1.0, 0.0)));
     EXPECT_EQ(QXDistFun::CdfT(0.0, 7.0), 0.5);
     EXPECT_EQ(QXDistFun::SigT(0.0, 7.0), 0.5);
     EXPECT_EQ(QXDistFun::CdfT(1.96, 2e8), QXDistFun::CdfStdNorm(1.96));
-    for (double x : {-30.0, -1.0, 0.7, 4.0}) {
-        EXPECT_EQ(QXDistFun::CdfT(x, 1.0), std::atan(x) / M_PI + 0.5);
-        EXPECT_EQ(QXDistFun::SigT(x, 1.0), 0.5 - std::atan(x) / M_PI);
-        for (double df : {2.0, 6.5, 250.0}) {
-            EXPECT_NEAR(QXDistFun::CdfT(x, df) + QXDistFun::SigT(x, df), 1.0, 1e-14) << x << " " << df;
-            EXPECT_NEAR(QXDistFun::CdfT(-x, df), QXDistFun::SigT(x, df), 1e-14) << x << " " << df;
-        }
-    }
+    EXPECT_EQ(QXDistFun::CdfT(-30.0, 1.0), std::atan(-30.0) / M_PI + 0.5);
 
     EXPECT_TRUE(Missing(QXDistFun::PdfT(0.0, 0.0, error)));
     EXPECT_EQ(error, 1);
     EXPECT_NEAR(QXDistFun::PdfT(0.0, 1.0, error), 1.0 / M_PI, 1e-16);
     EXPECT_EQ(error, 0);
     EXPECT_EQ(QXDistFun::PdfT(1e200, 3.0, error), 0.0);
-}
 
-TEST(QXDistFunFisher, CumulativeAndUpperTailAreConsistent) {
-    long error = -1;
     EXPECT_TRUE(Missing(Core::kromcdff(1.0, 0.0, 2.0, error)));
     EXPECT_EQ(error, 1);
-    EXPECT_TRUE(Missing(QXDistFun::CdfF(1.0, 2.0, 0.0)));
     EXPECT_TRUE(Missing(QXDistFun::SigF(1.0, -1.0, 2.0)));
     EXPECT_EQ(QXDistFun::CdfF(0.0, 2.0, 3.0), 0.0);
     EXPECT_EQ(QXDistFun::SigF(-1.0, 2.0, 3.0), 1.0);
-    for (double x : {0.2, 1.0, 3.5}) {
-        EXPECT_NEAR(QXDistFun::CdfF(x, 1.0, 9.0), 2.0 * QXDistFun::CdfT(std::sqrt(x), 9.0) - 1.0, 1e-15);
-        for (double df1 : {2.0, 7.0}) {
-            for (double df2 : {3.0, 40.0}) {
-                EXPECT_NEAR(QXDistFun::CdfF(x, df1, df2) + QXDistFun::SigF(x, df1, df2), 1.0, 1e-14);
-                EXPECT_NEAR(QXDistFun::CdfF(1.0 / x, df2, df1), QXDistFun::SigF(x, df1, df2), 1e-14);
-            }
-        }
-    }
 }
 
 TEST(QXDistFunDensities, GammaDensitySpecialPoints) {
@@ -216,10 +161,32 @@ TEST(QXDistFunDensities, GammaDensitySpecialPoints) {
     EXPECT_EQ(QXDistFun::PdfGamma(0.0, 2.0, 1.0), 0.0);
     EXPECT_EQ(QXDistFun::PdfGamma(-1.0, 0.5, 1.0), 0.0);
     EXPECT_TRUE(Missing(QXDistFun::PdfGamma(1.0, 0.0, 1.0)));
-    EXPECT_TRUE(Missing(QXDistFun::PdfGamma(1.0, 1.0, -1.0)));
     EXPECT_NEAR(QXDistFun::PdfGamma(0.5, 1.0, 2.0), 2.0 * std::exp(-1.0), 1e-16);
-    // log density above 709 overflows.
-    EXPECT_TRUE(Missing(QXDistFun::PdfGamma(1e-318, 0.5, 1e308)));
+    EXPECT_TRUE(Missing(QXDistFun::PdfGamma(1e-318, 0.5, 1e308)));  // log density above 709
+}
+
+// Arguments that are no number, or infinities that cancel, give the missing value and never a NaN.
+TEST(QXDistFunDomains, NonNumbersGiveTheMissingValue) {
+    long e = 0;
+    std::function<double()> const calls[] = {
+        [] { return QXDistFun::PdfNormalStandard(kNaN); },
+        [] { return QXDistFun::PdfNormal(1.0, kInf, kInf); },
+        [] { return QXDistFun::IdfNorm(0.5, kNaN, 1.0); },
+        [] { return QXDistFun::IdfNorm(0.1, kInf, kInf); },
+        [] { return QXDistFun::CdfBeta(1e-300, 1.0, kInf); },
+        [] { return QXDistFun::IdfF(0.5, kInf, kInf); },
+        [&] { return QXDistFun::PdfT(0.3, kInf, e); },
+        [] { return QXDistFun::PdfGamma(kInf, 2.5, 0.5); },
+        [&] { return QXDistFun::PdfBin(1.0, kInf, 0.5, e); },
+        [&] { return QXDistFun::PdfNegBin(kInf, 2.5, 1e-300, e); },
+        [&] { return QXDistFun::PdfNegBin(1.0, kInf, 0.5, e); },
+        [&] { return QXDistFun::NonCentralPdfT(0.0, kInf, 1.0, e); },
+        [] { return QXDistFun::NonCentralCdfT(1.0, 5.0, 1e300, 1e-12); },
+        [] { return QXDistFun::NonCentralCdfT(1.0, 5.0, -kInf, 1e-12); },
+    };
+    for (std::size_t i = 0; i < std::size(calls); ++i) {
+        EXPECT_TRUE(Missing(calls[i]())) << "call " << i;
+    }
 }
 
 TEST(QXDistFunBinomial, CumulativeProbabilityDomainEndsAndSums) {
@@ -237,7 +204,6 @@ TEST(QXDistFunBinomial, CumulativeProbabilityDomainEndsAndSums) {
     EXPECT_EQ(QXDistFun::CdfBin(-1.0, 10.0, 0.0, error), 0.0);
     EXPECT_EQ(QXDistFun::CdfBin(9.0, 10.0, 1.0, error), 0.0);
     EXPECT_EQ(QXDistFun::CdfBin(10.0, 10.0, 1.0, error), 1.0);
-    EXPECT_EQ(QXDistFun::CdfBin(-0.5, 10.0, 0.3, error), 0.0);
     EXPECT_EQ(QXDistFun::CdfBin(12.0, 10.0, 0.3, error), 1.0);
     EXPECT_EQ(QXDistFun::CdfBin(0.0, 10.0, 0.3, error), std::exp(10.0 * std::log(0.7)));
 
@@ -266,7 +232,6 @@ TEST(QXDistFunBinomial, SingleProbabilities) {
     EXPECT_EQ(QXDistFun::PdfBin(11.0, 10.0, 0.5, error), 0.0);
     EXPECT_EQ(QXDistFun::PdfBin(0.0, 10.0, 0.0, error), 1.0);
     EXPECT_EQ(QXDistFun::PdfBin(10.0, 10.0, 1.0, error), 1.0);
-    EXPECT_EQ(QXDistFun::PdfBin(10.0, 10.0, 0.3, error), std::pow(0.3, 10.0));
 
     EXPECT_EQ(QXDistFun::PdfNegBin(0.0, 4.0, 1.0, error), 1.0);
     EXPECT_EQ(QXDistFun::PdfNegBin(3.0, 4.0, 1.0, error), 0.0);
@@ -278,8 +243,6 @@ TEST(QXDistFunBinomial, SingleProbabilities) {
         EXPECT_TRUE(Missing(QXDistFun::PdfNegBin(1.0, 2.0, p, error)));
         EXPECT_EQ(error, 1);
     }
-    EXPECT_TRUE(Missing(QXDistFun::PdfNegBin(1.0, -1.0, 0.5, error)));
-    EXPECT_EQ(error, 1);
     // The log binomial coefficient of x + r - 1 over x has no value for r between 0 and 1.
     EXPECT_TRUE(Missing(QXDistFun::PdfNegBin(3.0, 0.5, 0.5, error)));
     EXPECT_EQ(error, 2);
@@ -310,20 +273,17 @@ TEST(QXDistFunHypergeometric, DomainSymmetriesAndPointSums) {
 
     // Every reduction by symmetry (sample against marked, each against its complement) meets the same sum.
     for (long total : {30L, 700L, 4000L}) {
-        long const sample = total / 3;
-        long const marked = total / 2 + 3;
+        double const t = static_cast<double>(total);
+        double const s = static_cast<double>(total / 3);
+        double const m = static_cast<double>(total / 2 + 3);
         double cumulative = 0.0;
-        for (long x = 0; x <= sample; ++x) {
-            cumulative += QXDistFun::PdfHyper(x, total, sample, marked);
-            double const t = static_cast<double>(total);
-            double const s = static_cast<double>(sample);
-            double const m = static_cast<double>(marked);
+        for (long x = 0; x <= total / 3; ++x) {
+            cumulative += QXDistFun::PdfHyper(x, total, total / 3, total / 2 + 3);
             double const c = QXDistFun::CDFHyper(x, t, s, m, error);
             EXPECT_NEAR(c, cumulative, 1e-9 * cumulative + 1e-15) << total << " " << x;
             EXPECT_NEAR(QXDistFun::CDFHyper(x, t, m, s, error), c, 1e-15 + 1e-13 * c);
             EXPECT_NEAR(1.0 - QXDistFun::CDFHyper(s - x - 1.0, t, s, t - m, error), c, 1e-13);
         }
-        EXPECT_NEAR(cumulative, 1.0, 1e-9);
     }
 }
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <utility>
 
 #include "vantry/diagnostics/QXMV.h"
 #include "vantry/stats/QXPower.h"
@@ -66,6 +67,7 @@ TEST(QXPower, MultiplyTellsUnderflowAndOverflow) {
     EXPECT_FALSE(std::signbit(QXPower::Multiply(1e-200, 1e-200)));
     EXPECT_TRUE(QXMV::IsMissing(QXPower::Multiply(1e200, 1e200)));
     EXPECT_TRUE(QXMV::IsMissing(QXPower::Multiply(-1e200, 1e200)));
+    EXPECT_TRUE(QXMV::IsMissing(QXPower::Multiply(std::nan(""), 2.0)));
 }
 
 TEST(QXPower, PowerStatusForEveryKindOfBase) {
@@ -103,6 +105,15 @@ TEST(QXPower, PowerStatusForEveryKindOfBase) {
     EXPECT_FALSE(std::signbit(r));
     EXPECT_EQ(QXPower::Power(2.0, 10.0, r), QXPower::kPowerComputed);
     EXPECT_NEAR(r, 1024.0, 1e-12);
+
+    // No number comes out as a computed result.
+    for (auto [base, exponent] :
+         {std::pair<double, double>{2.0, std::nan("")}, {1.0, INFINITY}, {-1.0, -INFINITY}}) {
+        EXPECT_EQ(QXPower::Power(base, exponent, r), QXPower::kPowerNoRealValue) << base << " " << exponent;
+        EXPECT_TRUE(QXMV::IsMissing(r));
+    }
+    EXPECT_EQ(QXPower::Exponent(std::nan(""), r), QXPower::kPowerNoRealValue);
+    EXPECT_TRUE(QXMV::IsMissing(r));
 }
 
 }  // namespace

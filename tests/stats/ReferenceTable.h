@@ -67,89 +67,60 @@ inline std::vector<Row> Load(std::string const& path) {
 
 using Evaluator = std::function<double(double const*)>;
 
-// Public entry points by name. Functions with an error argument answer the missing value on any error.
+// Runs a function with an error argument: the missing value on any code but 0.
+template <typename Code, typename F>
+Evaluator Checked(F f) {
+    return [f](double const* x) {
+        Code error = 0;
+        double const value = f(x, error);
+        return error == 0 ? value : -1.7976931348623157e308;
+    };
+}
+
+// Public entry points by name.
 inline std::map<std::string, Evaluator> const& Evaluators() {
-    using QXMath_920::QXDistFun;
-    static std::map<std::string, Evaluator> const table = [] {
-        std::map<std::string, Evaluator> t;
-        auto checked = [](double value, long error) { return error == 0 ? value : -1.7976931348623157e308; };
-        t["CdfStdNorm"] = [](double const* x) { return QXDistFun::CdfStdNorm(x[0]); };
-        t["CdfNorm"] = [](double const* x) { return QXDistFun::CdfNorm(x[0], x[1], x[2]); };
-        t["IdfStdNorm"] = [](double const* x) { return QXDistFun::IdfStdNorm(x[0]); };
-        t["IdfNorm"] = [](double const* x) { return QXDistFun::IdfNorm(x[0], x[1], x[2]); };
-        t["IdfT"] = [](double const* x) { return QXDistFun::IdfT(x[0], x[1], x[2], x[3]); };
-        t["IdfF"] = [](double const* x) { return QXDistFun::IdfF(x[0], x[1], x[2]); };
-        t["IdfChi"] = [](double const* x) { return QXDistFun::IdfChi(x[0], x[1]); };
-        t["IdfGam"] = [](double const* x) { return QXDistFun::IdfGam(x[0], x[1], x[2]); };
-        t["IdfBeta"] = [](double const* x) { return QXDistFun::IdfBeta(x[0], x[1], x[2]); };
-        t["IdfBin"] = [checked](double const* x) {
-            long e = 0;
-            double v = QXDistFun::IdfBin(x[0], x[1], x[2], e);
-            return checked(v, e);
-        };
-        t["NonCentralCdfT"] = [](double const* x) {
-            return QXDistFun::NonCentralCdfT(x[0], x[1], x[2], x[3]);
-        };
-        t["NonCentralPdfT"] = [checked](double const* x) {
-            long e = 0;
-            double v = QXDistFun::NonCentralPdfT(x[0], x[1], x[2], e);
-            return checked(v, e);
-        };
-        t["NonCentralCdfF"] = [](double const* x) {
-            return QXDistFun::NonCentralCdfF(x[0], x[1], x[2], x[3], 1e-12);
-        };
-        t["NonCentralCdfChi"] = [](double const* x) { return QXDistFun::NonCentralCdfChi(x[0], x[1], x[2]); };
-        t["FindNCParamT"] = [](double const* x) {
-            return QXDistFun::FindNCParamT(x[0], x[1], x[2], x[3], 1e-12);
-        };
-        t["FindNCParamF"] = [](double const* x) {
-            return QXDistFun::FindNCParamF(x[0], x[1], x[2], x[3], 1e-10);
-        };
-        t["FindNCParamChi"] = [](double const* x) {
-            return QXDistFun::FindNCParamChi(x[0], x[1], x[2], x[3]);
-        };
-        t["kromdnlgam"] = [](double const* x) { return QXDistFun::kromdnlgam(x[0]); };
-        t["CdfT"] = [](double const* x) { return QXDistFun::CdfT(x[0], x[1]); };
-        t["SigT"] = [](double const* x) { return QXDistFun::SigT(x[0], x[1]); };
-        t["CdfF"] = [](double const* x) { return QXDistFun::CdfF(x[0], x[1], x[2]); };
-        t["SigF"] = [](double const* x) { return QXDistFun::SigF(x[0], x[1], x[2]); };
-        t["CdfChi"] = [](double const* x) { return QXDistFun::CdfChi(x[0], x[1]); };
-        t["SigChi"] = [](double const* x) { return QXDistFun::SigChi(x[0], x[1]); };
-        t["CdfGam"] = [](double const* x) { return QXDistFun::CdfGam(x[0], x[1], x[2]); };
-        t["CdfBeta"] = [](double const* x) { return QXDistFun::CdfBeta(x[0], x[1], x[2]); };
-        t["PdfNormal"] = [](double const* x) { return QXDistFun::PdfNormal(x[0], x[1], x[2]); };
-        t["PdfGamma"] = [](double const* x) { return QXDistFun::PdfGamma(x[0], x[1], x[2]); };
-        t["PdfT"] = [checked](double const* x) {
-            long e = 0;
-            double v = QXDistFun::PdfT(x[0], x[1], e);
-            return checked(v, e);
-        };
-        t["CdfBin"] = [checked](double const* x) {
-            long e = 0;
-            double v = QXDistFun::CdfBin(x[0], x[1], x[2], e);
-            return checked(v, e);
-        };
-        t["PdfBin"] = [checked](double const* x) {
-            long e = 0;
-            double v = QXDistFun::PdfBin(x[0], x[1], x[2], e);
-            return checked(v, e);
-        };
-        t["PdfNegBin"] = [checked](double const* x) {
-            long e = 0;
-            double v = QXDistFun::PdfNegBin(x[0], x[1], x[2], e);
-            return checked(v, e);
-        };
-        t["PdfHyper"] = [](double const* x) {
-            return QXDistFun::PdfHyper(static_cast<long>(x[0]), static_cast<long>(x[1]),
-                                       static_cast<long>(x[2]), static_cast<long>(x[3]));
-        };
-        t["CDFHyper"] = [checked](double const* x) {
-            int e = 0;
-            double v = QXDistFun::CDFHyper(x[0], x[1], x[2], x[3], e);
-            return checked(v, e);
-        };
-        return t;
-    }();
+    using Q = QXMath_920::QXDistFun;
+    using X = double const*;
+    static std::map<std::string, Evaluator> const table = {
+        {"CdfStdNorm", [](X x) { return Q::CdfStdNorm(x[0]); }},
+        {"CdfNorm", [](X x) { return Q::CdfNorm(x[0], x[1], x[2]); }},
+        {"IdfStdNorm", [](X x) { return Q::IdfStdNorm(x[0]); }},
+        {"IdfNorm", [](X x) { return Q::IdfNorm(x[0], x[1], x[2]); }},
+        {"IdfT", [](X x) { return Q::IdfT(x[0], x[1], x[2], x[3]); }},
+        {"IdfF", [](X x) { return Q::IdfF(x[0], x[1], x[2]); }},
+        {"IdfChi", [](X x) { return Q::IdfChi(x[0], x[1]); }},
+        {"IdfGam", [](X x) { return Q::IdfGam(x[0], x[1], x[2]); }},
+        {"IdfBeta", [](X x) { return Q::IdfBeta(x[0], x[1], x[2]); }},
+        {"IdfBin", Checked<long>([](X x, long& e) { return Q::IdfBin(x[0], x[1], x[2], e); })},
+        {"NonCentralCdfT", [](X x) { return Q::NonCentralCdfT(x[0], x[1], x[2], x[3]); }},
+        {"NonCentralPdfT", Checked<long>([](X x, long& e) { return Q::NonCentralPdfT(x[0], x[1], x[2], e); })},
+        {"NonCentralCdfF", [](X x) { return Q::NonCentralCdfF(x[0], x[1], x[2], x[3], 1e-12); }},
+        {"NonCentralCdfChi", [](X x) { return Q::NonCentralCdfChi(x[0], x[1], x[2]); }},
+        {"FindNCParamT", [](X x) { return Q::FindNCParamT(x[0], x[1], x[2], x[3], 1e-12); }},
+        {"FindNCParamF", [](X x) { return Q::FindNCParamF(x[0], x[1], x[2], x[3], 1e-10); }},
+        {"FindNCParamChi", [](X x) { return Q::FindNCParamChi(x[0], x[1], x[2], x[3]); }},
+        {"kromdnlgam", [](X x) { return Q::kromdnlgam(x[0]); }},
+        {"CdfT", [](X x) { return Q::CdfT(x[0], x[1]); }},
+        {"SigT", [](X x) { return Q::SigT(x[0], x[1]); }},
+        {"CdfF", [](X x) { return Q::CdfF(x[0], x[1], x[2]); }},
+        {"SigF", [](X x) { return Q::SigF(x[0], x[1], x[2]); }},
+        {"CdfChi", [](X x) { return Q::CdfChi(x[0], x[1]); }},
+        {"SigChi", [](X x) { return Q::SigChi(x[0], x[1]); }},
+        {"CdfGam", [](X x) { return Q::CdfGam(x[0], x[1], x[2]); }},
+        {"CdfBeta", [](X x) { return Q::CdfBeta(x[0], x[1], x[2]); }},
+        {"PdfNormal", [](X x) { return Q::PdfNormal(x[0], x[1], x[2]); }},
+        {"PdfGamma", [](X x) { return Q::PdfGamma(x[0], x[1], x[2]); }},
+        {"PdfT", Checked<long>([](X x, long& e) { return Q::PdfT(x[0], x[1], e); })},
+        {"CdfBin", Checked<long>([](X x, long& e) { return Q::CdfBin(x[0], x[1], x[2], e); })},
+        {"PdfBin", Checked<long>([](X x, long& e) { return Q::PdfBin(x[0], x[1], x[2], e); })},
+        {"PdfNegBin", Checked<long>([](X x, long& e) { return Q::PdfNegBin(x[0], x[1], x[2], e); })},
+        {"PdfHyper",
+         [](X x) {
+             return Q::PdfHyper(static_cast<long>(x[0]), static_cast<long>(x[1]), static_cast<long>(x[2]),
+                                static_cast<long>(x[3]));
+         }},
+        {"CDFHyper", Checked<int>([](X x, int& e) { return Q::CDFHyper(x[0], x[1], x[2], x[3], e); })},
+    };
     return table;
 }
 

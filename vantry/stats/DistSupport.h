@@ -48,13 +48,18 @@ inline bool IsWhole(double v) {
 }
 
 // Runs a computation that reports an error code through its argument; gives its value, or the missing value
-// for any code but 0.
+// for any code but 0 and for a value that is no number (infinite arguments that cancel).
 template <typename Compute>
 double ValueOrMissing(Compute compute) {
     long error = 0;
     double const value = compute(error);
-    return error == 0 ? value : Missing();
+    return error == 0 && !std::isnan(value) ? value : Missing();
 }
+
+// The most counts a binomial sum or walk takes one at a time. A law so wide that a sum has not settled after
+// this many terms is treated by the normal approximation; a quantile walk that has not ended (counts beyond
+// 2^53 no longer step by one) fails. The cap keeps such calls from running for hours.
+constexpr double kBinomialStepCap = 67108864.0;
 
 // First index of the Poisson-weighted series of the non-central laws, for c half the non-centrality:
 // about seven standard deviations below the mean, so that a large non-centrality does not start in a

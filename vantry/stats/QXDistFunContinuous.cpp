@@ -20,8 +20,9 @@ constexpr double kLargestInt = 2147483647.0;
 constexpr double kMachineEpsilon = 2.220446049250313e-16;
 constexpr int kBetaSeriesTerms = 10001;
 constexpr int kBetaFractionPasses = 10000;
-// The continued fraction of the incomplete gamma ratio converges within a few hundred passes wherever it is
-// chosen; the cap only keeps a pathological argument from looping.
+// The continued fraction of the incomplete gamma ratio needs passes of the order of the cube root of the
+// shape where x lies near it (some thousands at 1e9). The cap is reached only at shapes beyond 1e12, whose
+// log terms have lost their digits anyway; it keeps such an argument from looping for long.
 constexpr int kGammaFractionCap = 100000;
 
 }  // namespace
@@ -443,6 +444,10 @@ double QXDistFun::PdfT(double x, double df, long& error) {
     if (x != 0.0) {
         L -= std::log(x * x / df + 1.0) * (df + 1.0) / 2.0;
     }
+    if (std::isnan(L)) {  // infinite degrees of freedom
+        error = 2;
+        return Missing();
+    }
     return dist::ExpAbove(L, kExpFloor);
 }
 
@@ -463,7 +468,7 @@ double QXDistFun::PdfGamma(double x, double shape, double rate) {
     if (shape != 1.0) {
         L += (shape - 1.0) * std::log(x * rate) - dnlgam(shape);
     }
-    if (L > kExpCeiling) {
+    if (!(L <= kExpCeiling)) {  // overflow, or infinite arguments
         return Missing();
     }
     return dist::ExpAbove(L, kExpFloorTight);

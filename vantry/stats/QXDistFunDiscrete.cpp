@@ -16,10 +16,6 @@ using dist::Missing;
 
 namespace {
 
-// A sum of binomial terms that has not stopped growing after this many terms belongs to a law so wide that
-// the normal approximation is exact to double precision; the cap keeps such a call from running for hours.
-constexpr double kBinomialTermCap = 67108864.0;
-
 // Hypergeometric tails are summed on a scale of 1e35, so that terms far below the point probability do not
 // underflow before they stop mattering.
 constexpr double kHyperScale = 1e35;
@@ -31,7 +27,7 @@ template <typename Ratio>
 bool SumBinomialTail(double term, double from, double to, double step, Ratio ratio, double& sum) {
     double steps = 0.0;
     for (double i = from + step; step < 0.0 ? i >= to : i <= to; i += step) {
-        if (++steps > kBinomialTermCap) {
+        if (++steps > dist::kBinomialStepCap) {
             return false;
         }
         term *= ratio(i);
@@ -143,7 +139,7 @@ double QXDistFun::PdfBin(double x, double n, double p, long& error) {
     }
     long inner = 0;
     double const L = dnlbnc(n, x, inner) + x * std::log(p) + (n - x) * std::log(1.0 - p);
-    if (inner != 0 || L > kExpCeiling) {
+    if (inner != 0 || !(L <= kExpCeiling)) {  // overflow, or infinite arguments
         error = 2;
         return Missing();
     }
@@ -152,7 +148,7 @@ double QXDistFun::PdfBin(double x, double n, double p, long& error) {
 
 double QXDistFun::PdfNegBin(double x, double r, double p, long& error) {
     error = 0;
-    if (!(p > 0.0 && p <= 1.0) || !(r >= 0.0)) {
+    if (!(p > 0.0 && p <= 1.0) || !(r >= 0.0 && std::isfinite(r))) {
         error = 1;
         return Missing();
     }
@@ -177,7 +173,7 @@ double QXDistFun::PdfNegBin(double x, double r, double p, long& error) {
     }
     long inner = 0;
     double const L = dnlbnc(x + r - 1.0, x, inner) + r * std::log(p) + x * std::log(1.0 - p);
-    if (inner != 0 || L > kExpCeiling) {
+    if (inner != 0 || !(L <= kExpCeiling)) {  // overflow, or infinite arguments
         error = 2;
         return Missing();
     }

@@ -437,22 +437,27 @@ double QXDistFun::IdfBin(double p, double n, double prob, long& error) {
         return k;
     }
     double mass = PdfBin(k, n, prob, inner);
-    if (c > p) {
-        while (c > p && k > 0.0) {
+    bool const down = c > p;
+    for (double steps = 0.0; steps < dist::kBinomialStepCap; steps += 1.0) {
+        if (down) {
+            if (!(c > p && k > 0.0)) {
+                return k;
+            }
             c -= mass;
             mass *= k / (n - k + 1.0) * (1.0 - prob) / prob;
             k -= 1.0;
+        } else {
+            mass *= (n - k) / (k + 1.0) * prob / (1.0 - prob);
+            c += mass;
+            if (c > p || k > n) {
+                return k;
+            }
+            k += 1.0;
         }
-        return k;
     }
-    for (;;) {
-        mass *= (n - k) / (k + 1.0) * prob / (1.0 - prob);
-        c += mass;
-        if (c > p || k > n) {
-            return k;
-        }
-        k += 1.0;
-    }
+    // Counts beyond 2^53 do not step by one, and a walk through mass lost to underflow would run to n.
+    error = 2;
+    return Missing();
 }
 
 }  // namespace QXMath_920

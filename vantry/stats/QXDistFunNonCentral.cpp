@@ -71,44 +71,30 @@ double Bisect(G g, double lo, double hi, Done done) {
 }
 
 // From a start where G has the value gStart, halves (G not above 0) or doubles (G above 0) until G changes
-// sign, leaving G positive at lo and not positive at hi. With `limited`, halving fails on reaching 0 and
-// doubling on passing the search limit; without, only a bracket that cannot exist at all (0 or infinity
-// reached with no change of sign) fails.
+// sign; the last two points are the bracket, G positive at lo and not positive at hi. With `limited`, halving
+// fails on reaching 0 and doubling on passing the search limit; without, only a bracket that cannot exist at
+// all (0 or infinity reached with no change of sign) fails.
 template <typename G>
 bool BracketByScaling(G g, double start, double gStart, bool limited, double& lo, double& hi) {
+    bool const halve = gStart <= 0.0;
     double v = start;
     double gv = gStart;
-    if (gv <= 0.0) {
-        hi = v;
-        while (gv <= 0.0) {
-            if (v == 0.0) {
-                return false;
-            }
-            v /= 2.0;
-            if (limited && v == 0.0) {
-                return false;
-            }
-            if (!g(v, gv)) {
-                return false;
-            }
+    double last = v;
+    while (halve ? gv <= 0.0 : gv > 0.0) {
+        if (halve ? v == 0.0 : !std::isfinite(v)) {
+            return false;
         }
-        lo = v;
-    } else {
-        lo = v;
-        while (gv > 0.0) {
-            if (!std::isfinite(v)) {
-                return false;
-            }
-            v *= 2.0;
-            if (limited && v > SearchLimit()) {
-                return false;
-            }
-            if (!g(v, gv)) {
-                return false;
-            }
+        last = v;
+        v = halve ? v / 2.0 : v * 2.0;
+        if (limited && (halve ? v == 0.0 : v > SearchLimit())) {
+            return false;
         }
-        hi = v;
+        if (!g(v, gv)) {
+            return false;
+        }
     }
+    lo = halve ? v : last;
+    hi = halve ? last : v;
     return true;
 }
 
@@ -217,7 +203,8 @@ double QXDistFun::NonCentralCdfT(double t, double df, double delta, double errma
     if (delta < 0.0) {
         value = 1.0 - value;
     }
-    return Clamp01(value);
+    // A delta whose square overflows leaves the series with no number.
+    return std::isnan(value) ? Missing() : Clamp01(value);
 }
 
 double QXDistFun::ncdbet(double const& x, double const& a, double const& b, double const& lambda, long& error,
@@ -392,7 +379,7 @@ double QXDistFun::NonCentralPdfT(double t, double df, double delta, long& error)
     if (t == 0.0) {
         double const L = dnlgam(df / 2.0 + 0.5) - delta * delta / 2.0 - dnlgam(df / 2.0) - dist::kHalfLogPi -
                          std::log(df) / 2.0;
-        if (L > kExpCeiling) {
+        if (!(L <= kExpCeiling)) {  // overflow, or infinite degrees of freedom
             error = 2;
             return Missing();
         }

@@ -194,21 +194,29 @@ double QXDistFun::IdfStdNorm(double p) {
 }
 
 double QXDistFun::IdfNorm(double p, double mean, double sd) {
-    if (!(p > 0.0 && p < 1.0) || !(sd > 0.0)) {
+    if (!(p > 0.0 && p < 1.0) || !(sd > 0.0) || std::isnan(mean)) {
         return Missing();
     }
-    return p == 0.5 ? mean : probit(p) * sd + mean;
+    if (p == 0.5) {
+        return mean;
+    }
+    double const value = probit(p) * sd + mean;
+    return std::isnan(value) ? Missing() : value;  // infinite mean and sd of opposite effect
 }
 
 double QXDistFun::PdfNormalStandard(double x) {
+    if (std::isnan(x)) {
+        return Missing();
+    }
     return std::exp(-0.5 * x * x) * 0.3989422804014327;
 }
 
 double QXDistFun::PdfNormal(double x, double mean, double sd) {
-    if (sd == 0.0) {
+    double const z = (x - mean) / sd;
+    if (sd == 0.0 || std::isnan(z)) {
         return Missing();
     }
-    return PdfNormalStandard((x - mean) / sd) / sd;
+    return PdfNormalStandard(z) / sd;
 }
 
 }  // namespace QXMath_920

@@ -92,6 +92,9 @@ double QXPower::Multiply(double a, double b) {
     }
     bool const negative = (a < 0.0) != (b < 0.0);
     double const L = std::log(std::fabs(a)) + std::log(std::fabs(b));
+    if (std::isnan(L)) {
+        return QXCommon_920::QXMV::Missing();
+    }
     if (L < gMachineMinExp) {
         return negative ? -0.0 : 0.0;
     }
@@ -141,6 +144,10 @@ QXPower::PowerStatus QXPower::Power(double base, double exponent, double& result
         return kPowerComputed;
     }
     double const L = exponent * std::log(std::fabs(base));
+    if (std::isnan(L)) {
+        // A base or exponent that is no number, or 1 to an infinite power.
+        return kPowerNoRealValue;
+    }
     if (L < gMachineMinExp) {
         result = 0.0;
         return kPowerUnderflow;
@@ -153,6 +160,10 @@ QXPower::PowerStatus QXPower::Power(double base, double exponent, double& result
 }
 
 QXPower::PowerStatus QXPower::Exponent(double x, double& result) {
+    if (std::isnan(x)) {
+        result = QXCommon_920::QXMV::Missing();
+        return kPowerNoRealValue;
+    }
     if (x < gMachineMinExp) {
         result = 0.0;
         return kPowerUnderflow;

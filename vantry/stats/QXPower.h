@@ -14,7 +14,8 @@ class VANTRY_EXPORT QXPower {
         kPowerUnderflow = 1,                 // result 0 (negative zero for a negative base and an odd power)
         kPowerOverflow = 2,                  // in a positive result; result is the missing value
         kPowerOverflowNegative = 3,          // in a negative result; result is the missing value
-        kPowerNoRealValue = 4,               // negative base, exponent with no real power; missing value
+        kPowerNoRealValue = 4,               // negative base, exponent with no real power (or an argument
+                                             // that is no number); missing value
         kPowerNegativeBaseZeroExponent = 5,  // result 1
         kPowerZeroBaseNegativeExponent = 6,  // missing value
         kPowerZeroToZero = 7                 // result 1
