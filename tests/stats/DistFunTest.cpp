@@ -39,7 +39,7 @@ TEST(QXDistFunNormal, DomainsExactPointsAndRegionJoints) {
     EXPECT_TRUE(Missing(QXDistFun::PdfNormal(1.0, 0.0, 0.0)));
 }
 
-TEST(QXDistFunSpecial, ErrorFunctionsWithAnUnderflowFloor) {
+TEST(QXDistFunElementary, ErrorFunctionsWithAnUnderflowFloor) {
     EXPECT_EQ(Core::derf(0.0), 0.0);
     EXPECT_EQ(Core::derfc(0.0), 1.0);
     for (double x : {-1.3, 0.1, 2.2, 4.0}) {
@@ -54,7 +54,7 @@ TEST(QXDistFunSpecial, ErrorFunctionsWithAnUnderflowFloor) {
     EXPECT_EQ(QXDistFun::CdfStdNorm(-37.8), 0.0);
 }
 
-TEST(QXDistFunSpecial, LogGammaAndLogBinomialCoefficient) {
+TEST(QXDistFunElementary, LogGammaAndLogBinomialCoefficient) {
     EXPECT_EQ(Core::dnlgam(1.0), 0.0);
     EXPECT_EQ(Core::dnlgam(2.0), 0.0);
     EXPECT_EQ(Core::dnlgam(0.5), 0.5723649429247001);
