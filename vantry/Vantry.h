@@ -2,13 +2,13 @@
 #pragma once
 
 #include "vantry/Export.h"
+#include "vantry/diagnostics/CodedError.h"
 #include "vantry/diagnostics/QXMV.h"
 #include "vantry/diagnostics/QXStatus.h"
 #include "vantry/diagnostics/ScoreMessages.h"
 #include "vantry/diagnostics/ScoringLog.h"
 #include "vantry/diagnostics/VTErrorFormater.h"
 #include "vantry/diagnostics/VTException.h"
-#include "vantry/factory/CodedError.h"
 #include "vantry/factory/FactoryInternals.h"
 #include "vantry/factory/ModelFactory.h"
 #include "vantry/factory/ModelPlugin.h"

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <fstream>
 
-#include "vantry/factory/CodedError.h"
+#include "vantry/diagnostics/CodedError.h"
 #include "vantry/factory/FactoryInternals.h"
 
 namespace QXVantry_920 {
@@ -27,7 +27,7 @@ void ReadModelCatalog(std::string const& path, std::vector<std::string>& result)
     const std::string fileName = path.empty() ? std::string(kDefaultCatalog) : path;
     std::ifstream file(fileName);
     if (!file.is_open())
-        ThrowCodedError(260103, fileName);
+        ThrowCodedError(260103, {fileName});
 
     char line[kCatalogLineSize];
     while (file.good()) {

@@ -13,8 +13,8 @@
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include "vantry/diagnostics/CodedError.h"
 #include "vantry/diagnostics/ScoringLog.h"
-#include "vantry/factory/CodedError.h"
 #include "vantry/factory/FactoryInternals.h"
 #include "vantry/factory/QXXInputSource.h"
 #include "vantry/factory/ScoreSAX2Handlers.h"
@@ -114,7 +114,7 @@ ScoreModel* DispatchOnRoot(std::vector<std::string> const& modelNames, DOMDocume
                 return GetLibraryPath(modelNames, root, true, "TreeModel", document, parser, encoding);
         }
     }
-    ThrowCodedError(260301, NarrowText(tag));
+    ThrowCodedError(260301, {NarrowText(tag)});
 }
 
 }  // namespace
@@ -268,7 +268,7 @@ ScoreModel* ModelFactory::MakeModelFromXML(std::string const& pmmlPath, std::str
 
     std::ifstream file(pmmlFile);
     if (!file.is_open())
-        ThrowCodedError(260104, pmmlFile);
+        ThrowCodedError(260104, {pmmlFile});
     return MakeModelFromXML(file, names, encoding, CodePagePath(auxiliaryPath));
 }
 

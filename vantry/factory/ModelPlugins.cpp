@@ -4,8 +4,8 @@
 
 #include <xercesc/dom/DOM.hpp>
 
+#include "vantry/diagnostics/CodedError.h"
 #include "vantry/diagnostics/ScoringLog.h"
-#include "vantry/factory/CodedError.h"
 #include "vantry/factory/FactoryInternals.h"
 #include "vantry/factory/ModelPlugin.h"
 #include "vantry/factory/VTDynamicLoadedLibrary.h"
@@ -30,7 +30,7 @@ ScoreTranslator* CallGiveMyTranslator(std::string const& libraryModelName, std::
     VTDynamicLoadedLibrary library(MakeModelLibraryName(libraryModelName));
     auto give = reinterpret_cast<GiveMyTranslatorFunction>(library.GetSymbolAddress(kGiveMyTranslator));
     if (give == nullptr)
-        ThrowCodedError(260113, reportedName);
+        ThrowCodedError(260113, {reportedName});
     BaseTranslator* translator = give();
     if (translator != nullptr && modelNamesToPass != nullptr) {
         auto pass = reinterpret_cast<PassModelNamesFunction>(library.GetSymbolAddress(kPassModelNames));
@@ -58,10 +58,10 @@ std::string FindModelName(std::vector<std::string> const& modelNames, DOMElement
             continue;
         DOMNode* element = elements->item(0);
         if (element == nullptr)
-            ThrowCodedError(260283, NarrowText(root->getTagName()));
+            ThrowCodedError(260283, {NarrowText(root->getTagName())});
         return NarrowText(element->getNodeName());
     }
-    ThrowCodedError(260301, "");
+    ThrowCodedError(260301, {""});
 }
 
 }  // namespace
@@ -69,7 +69,7 @@ std::string FindModelName(std::vector<std::string> const& modelNames, DOMElement
 ScoreTranslator* GetTranslatorByName(std::vector<std::string> const& modelNames,
                                      std::string const& modelName) {
     if (std::find(modelNames.begin(), modelNames.end(), modelName) == modelNames.end()) {
-        ThrowCodedError(260113, modelName);
+        ThrowCodedError(260113, {modelName});
     }
     return CallGiveMyTranslator(modelName, modelName, nullptr);
 }

@@ -6,8 +6,9 @@
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/util/XMLString.hpp>
 
-#include "vantry/factory/CodedError.h"
+#include "vantry/diagnostics/CodedError.h"
 #include "vantry/text/VantryTranscoder.h"
+#include "vantry/translate/DocumentSupport.h"
 #include "vantry/translate/XMLText.h"
 #include "vantry/values/DateTimeValue.h"
 #include "vantry/values/ScoreValue.h"
@@ -180,7 +181,7 @@ DOMNode* BaseTranslator::GetChildByTag(DOMNode* node, std::string const& tag) {
 DOMNode* BaseTranslator::GetChildByTagForced(DOMNode* node, std::string const& tag) {
     DOMNode* child = GetChildByTag(node, tag);
     if (child == nullptr)
-        ThrowCodedError(260114, tag);
+        ThrowCodedError(260114, {tag});
     return child;
 }
 
@@ -194,7 +195,7 @@ DOMNode* BaseTranslator::GetChildTagForced(DOMNode* node, XMLCh* tag) {
     const std::string name = NarrowText(tag);
     DOMNode* child = GetChildTag(node, tag);
     if (child == nullptr)
-        ThrowCodedError(260114, name);
+        ThrowCodedError(260114, {name});
     return child;
 }
 
@@ -207,21 +208,21 @@ XMLCh const* BaseTranslator::GetAttribute(DOMElement const* element, std::string
 XMLCh const* BaseTranslator::GetAttributeForced(DOMElement const* element, std::string const& name) {
     const XMLText attribute(name);
     if (element == nullptr || !element->hasAttribute(attribute)) {
-        ThrowCodedError(260120, name.c_str(),
-                        element != nullptr ? NarrowText(element->getTagName()).c_str() : "");
+        ThrowCodedError(260120,
+                        {name.c_str(), element != nullptr ? NarrowText(element->getTagName()).c_str() : ""});
     }
     return element->getAttribute(attribute);
 }
 
 DOMNodeList* BaseTranslator::GetElementsByTagName(DOMDocument const* document, std::string const& name) {
     if (document == nullptr)
-        ThrowCodedError(260114, name);
+        ThrowCodedError(260114, {name});
     return document->getElementsByTagName(XMLText(name));
 }
 
 DOMNodeList* BaseTranslator::GetElementsByTagName(DOMElement const* element, std::string const& name) {
     if (element == nullptr)
-        ThrowCodedError(260114, name);
+        ThrowCodedError(260114, {name});
     return element->getElementsByTagName(XMLText(name));
 }
 
@@ -229,7 +230,7 @@ int BaseTranslator::VerifyInt(std::string const& text) {
     const bool valid = !text.empty() && ValidIntegerSign(text, '-') && ValidIntegerSign(text, '+') &&
                        text.find_first_not_of("0123456789+-") == std::string::npos;
     if (!valid)
-        ThrowCodedError(260151, text.c_str(), "integer");
+        ThrowCodedError(260151, {text.c_str(), "integer"});
     // What atoi gives, without its undefined behaviour on overflow.
     return static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
 }
@@ -241,7 +242,7 @@ int BaseTranslator::VerifyInt(XMLCh const* text) {
 double BaseTranslator::VerifyDouble(std::string const& text) {
     const std::string trimmed = TrimBlanks(text);
     if (!IsValidDoubleText(trimmed))
-        ThrowCodedError(260151, trimmed.c_str(), "double");
+        ThrowCodedError(260151, {trimmed.c_str(), "double"});
     return NumericValue(trimmed).GetDouble();
 }
 
@@ -251,7 +252,7 @@ double BaseTranslator::VerifyDouble(XMLCh const* text) {
 
 double BaseTranslator::VerifyDateTime(std::string const& text, ScoreDictVar::DateTimeType type) {
     if (!DateTimeValue::IsValidDateTime(text, type))
-        ThrowCodedError(260151, text.c_str(), "dateTime");
+        ThrowCodedError(260151, {text.c_str(), "dateTime"});
     // The text of the type, held as a date, a time or a date-time as the type says.
     return DateTimeValue(text, type).GetDouble();
 }
@@ -289,9 +290,7 @@ void BaseTranslator::CreateTranscoder(std::string const& encoding) {
 }
 
 std::string BaseTranslator::ToString(XMLCh const* text) {
-    if (text == nullptr)
-        return std::string();
-    return fTranscoder != nullptr ? fTranscoder->transcodeTo(text) : NarrowText(text);
+    return TranscodeText(fTranscoder, text);
 }
 
 }  // namespace QXVantry_920

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "vantry/diagnostics/CodedError.h"
 #include "vantry/translate/DocumentSupport.h"
 #include "vantry/values/MissingValueSet.h"
 #include "vantry/values/ScoreDictVar.h"
@@ -38,7 +39,7 @@ bool LevelOfOptype(std::string const& optype, ScoreDictVar::MeasureLevel& level)
 std::vector<ScoreValueLabel*> const& RequiredLabels(ScoreDictVar const* variable) {
     ScoreValueLabelSet const* labels = variable->GetValueLabels();
     if (labels == nullptr) {
-        ThrowDocumentError(260126, {variable->GetName()});
+        ThrowCodedError(260126, {variable->GetName()});
     }
     return labels->GetAllValueLabels();
 }
@@ -94,7 +95,7 @@ void CheckCategoryLabels(ScoreDictVar const* variable, bool compareStrings) {
     for (std::size_t i = 0; i < all.size(); ++i) {
         ScoreValueLabel* label = all[i];
         if (variable->IsMissingValue(label->GetValue())) {
-            ThrowDocumentError(260294, {label->GetLabel(), variable->GetName()});
+            ThrowCodedError(260294, {label->GetLabel(), variable->GetName()});
         }
         if (isString && !compareStrings) {
             continue;
@@ -108,8 +109,7 @@ void CheckCategoryLabels(ScoreDictVar const* variable, bool compareStrings) {
                                                              variable->GetEmptyStringOK())
                                   : *label == *all[j];
             if (same) {
-                ThrowDocumentError(260203,
-                                   {"value", ScoreValue::TextOf(*label->GetValue()), "DataDictionary"});
+                ThrowCodedError(260203, {"value", ScoreValue::TextOf(*label->GetValue()), "DataDictionary"});
             }
         }
     }

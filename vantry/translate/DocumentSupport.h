@@ -17,13 +17,6 @@ namespace QXVantry_920 {
 class VantryTranscoder;
 class VTException;
 
-// Throws a VTException of the code with these arguments, in order.
-[[noreturn]] void ThrowDocumentError(int code, std::initializer_list<std::string> arguments = {});
-
-// Adds a further message of the code with these arguments to a copy of the exception, and throws it.
-[[noreturn]] void RethrowWithMessage(VTException const& caught, int code,
-                                     std::initializer_list<std::string> arguments);
-
 // Document text as a narrow string: through the transcoder when there is one, otherwise by the
 // parser's default transcoding. Null gives the empty string.
 std::string TranscodeText(VantryTranscoder* transcoder, XMLCh const* text);

@@ -5,6 +5,7 @@
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMNode.hpp>
 
+#include "vantry/diagnostics/CodedError.h"
 #include "vantry/diagnostics/VTException.h"
 #include "vantry/translate/CategoryRules.h"
 #include "vantry/translate/DocumentSupport.h"
@@ -65,7 +66,7 @@ double ReadStatistic(DOMElement const* element, char const* name) {
 XMLCh const* RequiredMissingValue(DOMElement const* element, int emptyCode) {
     XMLCh const* text = BaseTranslator::GetAttributeForced(element, kValue);
     if (IsEmptyText(text)) {
-        ThrowDocumentError(emptyCode, {kValue, kCategory});
+        ThrowCodedError(emptyCode, {kValue, kCategory});
     }
     return text;
 }
@@ -82,13 +83,13 @@ KROMTranslator::~KROMTranslator() = default;
 
 ScoreDictionary* KROMTranslator::ParseDictionary(DOMElement* dictionaryElement) {
     if (dictionaryElement == nullptr) {
-        ThrowDocumentError(260115, {kDictionary, kRoot});
+        ThrowCodedError(260115, {kDictionary, kRoot});
     }
     auto dictionary = std::make_unique<BaseDictionary>();
     for (DOMNode* child = GetFirstChildElt(dictionaryElement); child != nullptr;
          child = GetNextSiblingElt(child)) {
         if (!HasName(child, kVariable)) {
-            ThrowDocumentError(260178, {NameOf(child), kVariable, kDictionary});
+            ThrowCodedError(260178, {NameOf(child), kVariable, kDictionary});
         }
         std::string name;
         try {
@@ -100,7 +101,7 @@ ScoreDictionary* KROMTranslator::ParseDictionary(DOMElement* dictionaryElement) 
         }
     }
     if (dictionary->Size() == 0) {
-        ThrowDocumentError(260283, {kDictionary});
+        ThrowCodedError(260283, {kDictionary});
     }
     return dictionary.release();
 }
@@ -111,27 +112,27 @@ std::unique_ptr<ScoreDictVar> KROMTranslator::ParseVariable(DOMElement* element,
     name = ToString(nameText);
     XMLCh const* storageText = GetAttributeForced(element, kStorageType);
     if (IsEmptyText(nameText)) {
-        ThrowDocumentError(260285, {kName, kVariable});
+        ThrowCodedError(260285, {kName, kVariable});
     }
     if (IsEmptyText(storageText)) {
-        ThrowDocumentError(260285, {kStorageType, kVariable});
+        ThrowCodedError(260285, {kStorageType, kVariable});
     }
     bool const isString = ToString(storageText) == kString;
     std::unique_ptr<ScoreDictVar> variable =
         std::make_unique<DictVar>(name, isString ? ScoreDictVar::STRING_VAR : ScoreDictVar::kNUMERIC_VAR);
     if (dictionary->GetVar(name) != nullptr) {
-        ThrowDocumentError(260202, {name, kDictionary});
+        ThrowCodedError(260202, {name, kDictionary});
     }
     XMLCh const* label = GetAttribute(element, kLabel);
     variable->SetLabel(IsEmptyText(label) ? name : ToString(label));
 
     XMLCh const* levelText = GetAttributeForced(element, kMeasurementLevel);
     if (IsEmptyText(levelText)) {
-        ThrowDocumentError(260285, {kMeasurementLevel, kVariable});
+        ThrowCodedError(260285, {kMeasurementLevel, kVariable});
     }
     std::string const level = ToString(levelText);
     if (level == kContinuous && isString) {
-        ThrowDocumentError(260211, {kContinuous, kMeasurementLevel, kString, kStorageType});
+        ThrowCodedError(260211, {kContinuous, kMeasurementLevel, kString, kStorageType});
     } else if (level == kContinuous) {
         variable->SetMLevel(ScoreDictVar::MEASURE_CONTINUOUS);
     } else if (level == kNominal) {
@@ -139,7 +140,7 @@ std::unique_ptr<ScoreDictVar> KROMTranslator::ParseVariable(DOMElement* element,
     } else if (level == kOrdinal) {
         variable->SetMLevel(ScoreDictVar::MEASURE_ORDINAL);
     } else {
-        ThrowDocumentError(260152, {level, kMeasurementLevel});
+        ThrowCodedError(260152, {level, kMeasurementLevel});
     }
 
     bool categoriesMet = false;
@@ -161,19 +162,19 @@ std::unique_ptr<ScoreDictVar> KROMTranslator::ParseVariable(DOMElement* element,
             variable->SetDecimal(ParseIntAttribute(fTranscoder, GetAttribute(part, kDecimals), kDecimals));
             variable->SetWidth(ParseIntAttribute(fTranscoder, GetAttribute(part, kWidth), kWidth));
         } else {
-            ThrowDocumentError(260154, {NameOf(child)});
+            ThrowCodedError(260154, {NameOf(child)});
         }
     }
 
     ScoreValueLabelSet const* labels = variable->GetValueLabels();
     if (labels != nullptr && variable->GetMissingValues() != nullptr) {
         if (categoriesMet && labels->Size() == 0) {
-            ThrowDocumentError(260126, {name});
+            ThrowCodedError(260126, {name});
         }
         int index = 0;
         for (ScoreValueLabel const* category : labels->GetAllValueLabels()) {
             if (variable->IsMissingValue(category->GetValue())) {
-                ThrowDocumentError(260292, {std::to_string(index), name});
+                ThrowCodedError(260292, {std::to_string(index), name});
             }
             ++index;
         }
@@ -188,7 +189,7 @@ void KROMTranslator::ParseCategories(DOMElement* element, ScoreDictVar* variable
     auto labels = std::make_unique<ValueLabelSet>();
     for (DOMNode* child = GetFirstChildElt(element); child != nullptr; child = GetNextSiblingElt(child)) {
         if (!HasName(child, kCategory)) {
-            ThrowDocumentError(260152, {NameOf(child), kCategory});
+            ThrowCodedError(260152, {NameOf(child), kCategory});
         }
         DOMElement const* category = AsElement(child);
         XMLCh const* value = GetAttributeForced(category, kValue);
@@ -211,11 +212,11 @@ void KROMTranslator::ParseMissingValues(DOMElement* element, ScoreDictVar* varia
         } else if (HasName(child, kRange)) {
             DOMNode* low = GetFirstChildElt(child);
             if (low == nullptr) {
-                ThrowDocumentError(260117, {kCategory, kRange});
+                ThrowCodedError(260117, {kCategory, kRange});
             }
             DOMNode* high = GetNextSiblingElt(low);
             if (high == nullptr) {
-                ThrowDocumentError(260118, {kCategory, kRange});
+                ThrowCodedError(260118, {kCategory, kRange});
             }
             std::unique_ptr<ScoreValue> lowValue(
                 CarefullyMakeVarValue(variable, RequiredMissingValue(AsElement(low), 260120)));

@@ -11,6 +11,7 @@
 #include <xercesc/dom/DOMNodeList.hpp>
 #include <xercesc/util/XMLString.hpp>
 
+#include "vantry/diagnostics/CodedError.h"
 #include "vantry/translate/CategoryRules.h"
 #include "vantry/translate/DocumentSupport.h"
 #include "vantry/translate/PMMLTranslator.h"
@@ -91,7 +92,7 @@ void AddFieldCategory(PMMLTranslator& translator, VantryTranscoder* transcoder, 
 
 ScoreDictionary* PMMLTranslator::ParseDictionary(DOMNode* node, bool encoders) {
     if (node == nullptr) {
-        ThrowDocumentError(260115, {"DataDictionary", "PMML"});
+        ThrowCodedError(260115, {"DataDictionary", "PMML"});
     }
     if (fTranscoder == nullptr) {
         CreateTranscoder(fEncoding);
@@ -103,7 +104,7 @@ ScoreDictionary* PMMLTranslator::ParseDictionary(DOMNode* node, bool encoders) {
             continue;
         }
         if (!HasName(child, "DataField")) {
-            ThrowDocumentError(260178, {NameOf(child), "DataDictionary", "Extension"});
+            ThrowCodedError(260178, {NameOf(child), "DataDictionary", "Extension"});
         }
         std::unique_ptr<ScoreDictVar> variable = ParseDataField(AsElement(child), dictionary.get(), encoders);
         ++fieldCount;
@@ -112,12 +113,12 @@ ScoreDictionary* PMMLTranslator::ParseDictionary(DOMNode* node, bool encoders) {
 
     XMLCh const* declared = GetAttributeForced(AsElement(node), "numberOfFields");
     if (IsEmptyText(declared)) {
-        ThrowDocumentError(260285, {"numberOfFields", "DataDictionary"});
+        ThrowCodedError(260285, {"numberOfFields", "DataDictionary"});
     }
     int const number = ParseIntAttribute(fTranscoder, declared, "numberOfFields");
     if (number != fieldCount) {
-        ThrowDocumentError(260242, {std::to_string(number), "numberOfFields", std::to_string(fieldCount),
-                                    "DataField", "DataDictionary"});
+        ThrowCodedError(260242, {std::to_string(number), "numberOfFields", std::to_string(fieldCount),
+                                 "DataField", "DataDictionary"});
     }
     return dictionary.release();
 }
@@ -126,11 +127,11 @@ std::unique_ptr<ScoreDictVar> PMMLTranslator::ParseDataField(DOMElement* field, 
                                                              bool encoders) {
     XMLCh const* nameText = GetAttributeForced(field, "name");
     if (IsEmptyText(nameText)) {
-        ThrowDocumentError(260285, {"name", "DataField"});
+        ThrowCodedError(260285, {"name", "DataField"});
     }
     std::string const name = TranscodeText(fTranscoder, nameText);
     if (dictionary->GetVar(name) != nullptr) {
-        ThrowDocumentError(260202, {name, "DataDictionary"});
+        ThrowCodedError(260202, {name, "DataDictionary"});
     }
     std::unique_ptr<ScoreDictVar> variable = std::make_unique<DictVar>(name, ScoreDictVar::kNUMERIC_VAR);
 
@@ -139,12 +140,12 @@ std::unique_ptr<ScoreDictVar> PMMLTranslator::ParseDataField(DOMElement* field, 
 
     XMLCh const* optypeText = GetAttributeForced(field, "optype");
     if (IsEmptyText(optypeText)) {
-        ThrowDocumentError(260285, {"optype", "DataField"});
+        ThrowCodedError(260285, {"optype", "DataField"});
     }
     std::string const optype = TranscodeText(fTranscoder, optypeText);
     ScoreDictVar::MeasureLevel level = ScoreDictVar::MEASURE_CONTINUOUS;
     if (!LevelOfOptype(optype, level)) {
-        ThrowDocumentError(260152, {optype, "optype"});
+        ThrowCodedError(260152, {optype, "optype"});
     }
     variable->SetMLevel(level);
 
@@ -173,7 +174,7 @@ std::unique_ptr<ScoreDictVar> PMMLTranslator::ParseDataField(DOMElement* field, 
             if (extValue == "flag") {
                 ScoreDictVar::MeasureLevel const current = variable->GetMLevel();
                 if (current != ScoreDictVar::MEASURE_NOMINAL && current != ScoreDictVar::MEASURE_ORDINAL) {
-                    ThrowDocumentError(260282, {"flag", "categorical"});
+                    ThrowCodedError(260282, {"flag", "categorical"});
                 }
                 variable->SetFlagVariable(true);
             }
@@ -207,7 +208,7 @@ std::unique_ptr<ScoreDictVar> PMMLTranslator::ParseDataField(DOMElement* field, 
     variable->SetEmptyStringOK(emptyStringOK);
 
     if (level == ScoreDictVar::MEASURE_CONTINUOUS && variable->IsString()) {
-        ThrowDocumentError(260211, {"continuous", "optype", "string", "dataType"});
+        ThrowCodedError(260211, {"continuous", "optype", "string", "dataType"});
     }
     if (level == ScoreDictVar::MEASURE_CONTINUOUS) {
         ParseContinuousValues(field, variable.get(), typeDeclared);
@@ -248,16 +249,16 @@ void PMMLTranslator::ParseCategoricalValues(DOMElement* field, ScoreDictVar* var
             XMLCh const* text = GetAttributeForced(element, "value");
             if (property == "invalid" || property == "missing") {
                 if (numeric && IsEmptyText(text)) {
-                    ThrowDocumentError(260153, {TranscodeText(fTranscoder, text), "value", "MapValues"});
+                    ThrowCodedError(260153, {TranscodeText(fTranscoder, text), "value", "MapValues"});
                 }
                 values.invalid.push_back(text);
                 AddMissingValue(values, std::unique_ptr<ScoreValue>(CarefullyMakeVarValue(variable, text)));
             } else if (!property.empty() && property != "valid") {
-                ThrowDocumentError(260153, {property, "property", "Value"});
+                ThrowCodedError(260153, {property, "property", "Value"});
             } else {
                 if (IsEmptyText(text) &&
                     ((numeric && typeDeclared) || (variable->IsString() && !variable->GetEmptyStringOK()))) {
-                    ThrowDocumentError(260153, {TranscodeText(fTranscoder, text), "value", "MapValues"});
+                    ThrowCodedError(260153, {TranscodeText(fTranscoder, text), "value", "MapValues"});
                 }
                 if (numeric) {
                     VerifyDouble(text);
@@ -266,7 +267,7 @@ void PMMLTranslator::ParseCategoricalValues(DOMElement* field, ScoreDictVar* var
                 AddFieldCategory(*this, fTranscoder, variable, element, text, values);
             }
         } else {
-            ThrowDocumentError(260172, {NameOf(child), "Extension, Value"});
+            ThrowCodedError(260172, {NameOf(child), "Extension, Value"});
         }
     }
 
@@ -277,12 +278,12 @@ void PMMLTranslator::ParseCategoricalValues(DOMElement* field, ScoreDictVar* var
     std::size_t invalidIndex = 0;
     std::size_t validIndex = 0;
     if (FindValidInvalid(values, invalidIndex, validIndex)) {
-        ThrowDocumentError(260213, {TranscodeText(fTranscoder, values.invalid[invalidIndex])});
+        ThrowCodedError(260213, {TranscodeText(fTranscoder, values.invalid[invalidIndex])});
     }
     if (values.haveLabels) {
         variable->SetValueLabels(values.labels.release());
         if (variable->IsFlagVariable() && variable->GetNumberOfCats() > 2) {
-            ThrowDocumentError(260271, {"categorical", "flag"});
+            ThrowCodedError(260271, {"categorical", "flag"});
         }
         CheckCategoryLabels(variable, true);
     } else {
@@ -316,7 +317,7 @@ void PMMLTranslator::ParseContinuousValues(DOMElement* field, ScoreDictVar* vari
             }
         } else if (HasName(child, "Interval")) {
             if (++intervals > 1) {
-                ThrowDocumentError(260272, {"Interval", "DataField"});
+                ThrowCodedError(260272, {"Interval", "DataField"});
             }
             handleInterval(variable, child, values.missing.get(), intervals);
             values.haveMissing = true;
@@ -334,7 +335,7 @@ void PMMLTranslator::ParseContinuousValues(DOMElement* field, ScoreDictVar* vari
             } else if (property == "valid") {
                 XMLCh const* text = GetAttributeForced(element, "value");
                 if (IsEmptyText(text) && numeric && typeDeclared) {
-                    ThrowDocumentError(260285, {"value", "Value"});
+                    ThrowCodedError(260285, {"value", "Value"});
                 }
                 if (numeric) {
                     VerifyDouble(text);
@@ -348,8 +349,7 @@ void PMMLTranslator::ParseContinuousValues(DOMElement* field, ScoreDictVar* vari
     std::size_t invalidIndex = 0;
     std::size_t validIndex = 0;
     if (FindValidInvalid(values, invalidIndex, validIndex)) {
-        ThrowDocumentError(260294,
-                           {TranscodeText(fTranscoder, values.valid[validIndex]), variable->GetName()});
+        ThrowCodedError(260294, {TranscodeText(fTranscoder, values.valid[validIndex]), variable->GetName()});
     }
     if (values.haveLabels) {
         variable->SetValueLabels(values.labels.release());
@@ -483,7 +483,7 @@ bool PMMLTranslator::HandleKROMMissingInterval(ScoreMissingValueSet* set, int ma
             AddMissingRange(set, std::make_unique<Range>(lower, upper, true, true));
             return true;
         default:
-            ThrowDocumentError(260272, {"invalidRangeLower, invalidRangeUpper", "Value"});
+            ThrowCodedError(260272, {"invalidRangeLower, invalidRangeUpper", "Value"});
     }
 }
 
@@ -534,7 +534,7 @@ int PMMLTranslator::HandleOrdinalVariable(DOMElement* element, ScoreDictVar cons
     int const index = GetIndexOfOrdinalValue(value, variable);
     int const count = variable->GetNumberOfCats();
     if (index < 0) {
-        ThrowDocumentError(260153, {value, "value", variable->GetName()});
+        ThrowCodedError(260153, {value, "value", variable->GetName()});
     }
     if (op == "greaterThan" || op == "greaterOrEqual") {
         low = op == "greaterThan" ? index + 1 : index;
@@ -551,7 +551,7 @@ int PMMLTranslator::HandleOrdinalVariable(DOMElement* element, ScoreDictVar cons
         high = index;
         return op == "equal" ? 0 : 2;
     }
-    ThrowDocumentError(260153, {op, "operator", variable->GetName()});
+    ThrowCodedError(260153, {op, "operator", variable->GetName()});
 }
 
 }  // namespace QXVantry_920

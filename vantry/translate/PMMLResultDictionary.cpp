@@ -8,6 +8,7 @@
 #include <xercesc/dom/DOMNode.hpp>
 #include <xercesc/dom/DOMNodeList.hpp>
 
+#include "vantry/diagnostics/CodedError.h"
 #include "vantry/diagnostics/VTException.h"
 #include "vantry/factory/ResultVar.h"
 #include "vantry/translate/CategoryRules.h"
@@ -43,7 +44,7 @@ ScoreDictionary* PMMLTranslator::ParseResultDictionary(DOMNode* node) {
         DOMElement const* field = AsElement(fields->item(i));
         XMLCh const* nameText = GetAttributeForced(field, "name");
         if (IsEmptyText(nameText)) {
-            ThrowDocumentError(260285, {"name", "ResultField"});
+            ThrowCodedError(260285, {"name", "ResultField"});
         }
         std::string const name = TranscodeText(fTranscoder, nameText);
         // A repeated name leaves the first variable in the dictionary; the new one is filled all the
@@ -60,7 +61,7 @@ ScoreDictionary* PMMLTranslator::ParseResultDictionary(DOMNode* node) {
             std::string const optype = TranscodeText(fTranscoder, optypeText);
             ScoreDictVar::MeasureLevel level = ScoreDictVar::MEASURE_CONTINUOUS;
             if (!LevelOfOptype(optype, level)) {
-                ThrowDocumentError(260152, {optype, "optype"});
+                ThrowCodedError(260152, {optype, "optype"});
             }
             variable->SetMLevel(level);
         }
@@ -71,7 +72,7 @@ ScoreDictionary* PMMLTranslator::ParseResultDictionary(DOMNode* node) {
         std::string const featureText = TranscodeText(fTranscoder, GetAttributeForced(field, "feature"));
         ScoreResultField::ResultFeature feature{};
         if (!ResultVar::FeatureFromText(featureText, feature)) {
-            ThrowDocumentError(260153, {featureText, "feature", "ResultField"});
+            ThrowCodedError(260153, {featureText, "feature", "ResultField"});
         }
         variable->SetFeature(feature);
 
@@ -107,22 +108,22 @@ bool PMMLTranslator::HandleTargets(DOMElement* targets, ScoreDictionary* diction
 void PMMLTranslator::HandleTarget(DOMElement* target, ScoreDictionary* dictionary) {
     XMLCh const* fieldText = GetAttributeForced(target, "field");
     if (IsEmptyText(fieldText)) {
-        ThrowDocumentError(260285, {"field", "Target"});
+        ThrowCodedError(260285, {"field", "Target"});
     }
     std::string const field = TranscodeText(fTranscoder, fieldText);
     ScoreDictVar* variable = dictionary != nullptr ? dictionary->GetVar(field) : nullptr;
     if (variable == nullptr) {
-        ThrowDocumentError(260124, {field, "DataDictionary"});
+        ThrowCodedError(260124, {field, "DataDictionary"});
     }
     std::string const optype = TranscodeText(fTranscoder, GetAttributeForced(target, "optype"));
     if (!optype.empty()) {
         ScoreDictVar::MeasureLevel level = ScoreDictVar::MEASURE_CONTINUOUS;
         if (!LevelOfOptype(optype, level)) {
-            ThrowDocumentError(260152, {optype, "optype"});
+            ThrowCodedError(260152, {optype, "optype"});
         }
         if (level != variable->GetMLevel()) {
-            ThrowDocumentError(260214, {optype, "optype", "DataDictionary", ToString(variable->GetMLevel()),
-                                        "optype", "Target"});
+            ThrowCodedError(260214, {optype, "optype", "DataDictionary", ToString(variable->GetMLevel()),
+                                     "optype", "Target"});
         }
     }
     switch (variable->GetMLevel()) {
@@ -142,7 +143,7 @@ void PMMLTranslator::HandleTarget(DOMElement* target, ScoreDictionary* dictionar
             HandleCategoricalTarget(target, variable);
             return;
         default:
-            ThrowDocumentError(260152, {"", "optype"});
+            ThrowCodedError(260152, {"", "optype"});
     }
 }
 
@@ -166,7 +167,7 @@ void PMMLTranslator::HandleCategoricalTarget(DOMElement* target, ScoreDictVar* v
         DOMElement const* element = AsElement(child);
         XMLCh const* text = GetAttributeForced(element, "value");
         if (IsEmptyText(text) && (numeric || (variable->IsString() && !variable->GetEmptyStringOK()))) {
-            ThrowDocumentError(260285, {"value", "Value"});
+            ThrowCodedError(260285, {"value", "Value"});
         }
         if (numeric) {
             VerifyDouble(text);
@@ -189,7 +190,7 @@ void PMMLTranslator::HandleCategoricalTarget(DOMElement* target, ScoreDictVar* v
             variable->SetValueLabels(newLabels.release());
         }
         if (variable->IsFlagVariable() && variable->GetNumberOfCats() > 2) {
-            ThrowDocumentError(260271, {"categorical", "flag"});
+            ThrowCodedError(260271, {"categorical", "flag"});
         }
         CheckCategoryLabels(variable, true);
     }

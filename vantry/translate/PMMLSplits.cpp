@@ -12,6 +12,7 @@
 #include <xercesc/util/XMLStringTokenizer.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include "vantry/diagnostics/CodedError.h"
 #include "vantry/diagnostics/VTException.h"
 #include "vantry/translate/ArrayTokenizer.h"
 #include "vantry/translate/CategoryRules.h"
@@ -54,13 +55,13 @@ PredicateTexts ReadPredicate(VantryTranscoder* transcoder, DOMElement const* ele
 
 void RefuseValueWithMissingTest(bool hasValue, std::string const& op) {
     if (hasValue && (op == "isMissing" || op == "isNotMissing")) {
-        ThrowDocumentError(260212, {"value", op});
+        ThrowCodedError(260212, {"value", op});
     }
 }
 
 void RequireEqualForEmptyValue(std::string const& op) {
     if (op != "equal") {
-        ThrowDocumentError(260171, {"operator", "equal"});
+        ThrowCodedError(260171, {"operator", "equal"});
     }
 }
 
@@ -80,7 +81,7 @@ int CountTokens(XMLCh const* text) {
 template <class Number, class Convert>
 std::vector<Number> ReadNumberArray(DOMElement* element, int size, Convert convert) {
     if (element == nullptr) {
-        ThrowDocumentError(260114, {"Array, x-BasisRow,X-BasisRow"});
+        ThrowCodedError(260114, {"Array, x-BasisRow,X-BasisRow"});
     }
     bool check = false;
     int expected = 0;
@@ -94,20 +95,20 @@ std::vector<Number> ReadNumberArray(DOMElement* element, int size, Convert conve
             check = true;
         }
     } else {
-        ThrowDocumentError(260172, {NameOf(element), "Array"});
+        ThrowCodedError(260172, {NameOf(element), "Array"});
     }
     DOMNode* first = element->getFirstChild();
     if (first == nullptr) {
-        ThrowDocumentError(260283, {"Array"});
+        ThrowCodedError(260283, {"Array"});
     }
     XMLCh const* content = first->getNodeValue();
     XMLStringTokenizer tokenizer(content != nullptr ? content : XMLUni::fgZeroLenString);
     int const count = static_cast<int>(tokenizer.countTokens());
     if (count == 0) {
-        ThrowDocumentError(260284, {"Value", "Array"});
+        ThrowCodedError(260284, {"Value", "Array"});
     }
     if (check && count != expected) {
-        ThrowDocumentError(260241, {std::to_string(expected), "n", std::to_string(count)});
+        ThrowCodedError(260241, {std::to_string(expected), "n", std::to_string(count)});
     }
     std::vector<Number> numbers;
     numbers.reserve(static_cast<std::size_t>(count));
@@ -136,7 +137,7 @@ void PMMLTranslator::GetScaleSplitValue(XMLCh const* value, XMLCh const* op, dou
         upper = number;
         inclusive = name == "equal";
     } else {
-        ThrowDocumentError(260303, {name, "operator"});
+        ThrowCodedError(260303, {name, "operator"});
     }
 }
 
@@ -190,7 +191,7 @@ ScaleSplit* PMMLTranslator::HandleNodeScaleSplit(DOMNode* node, ScoreDictVar con
     }
 
     if (lower > upper) {
-        ThrowDocumentError(260157, {NameOfVariable(variable)});
+        ThrowCodedError(260157, {NameOfVariable(variable)});
     }
     if (excluded == kInfinity) {
         if (std::isinf(lower) && std::isinf(upper) && simple) {
@@ -285,7 +286,7 @@ DiscreteSplit* PMMLTranslator::HandleNodeDiscreteSplit(DOMNode* node, ScoreDictV
 void PMMLTranslator::SetDiscreteSplitValue(ScoreDictVar const* variable, DiscreteSplit* split,
                                            XMLCh const* text, int child) {
     if (text == nullptr) {
-        ThrowDocumentError(260119, {"value"});
+        ThrowCodedError(260119, {"value"});
     }
     std::string const narrow = TranscodeText(fTranscoder, text);
     std::unique_ptr<ScoreValue> value = SplitValue(variable, narrow);
@@ -301,7 +302,7 @@ void PMMLTranslator::SetDiscreteSplitValue(ScoreDictVar const* variable, Discret
             learned = variable->IsValidValue(value.get());
         }
         if (!learned) {
-            ThrowDocumentError(260291, {variable->GetName()});
+            ThrowCodedError(260291, {variable->GetName()});
         }
     }
     if (ScoreEncoder const* encoder = variable->GetEncoder()) {
@@ -328,7 +329,7 @@ DiscreteSplit* PMMLTranslator::HandleArrayDiscreteSplit(DOMNode* node, ScoreDict
     bool const typeFits =
         type == "string" || (string && type.empty()) || (!string && (type == "real" || type == "int"));
     if (!typeFits) {
-        ThrowDocumentError(260222, {type, "type"});
+        ThrowCodedError(260222, {type, "type"});
     }
 
     bool const numeric = IsNumericVariable(variable);
@@ -343,7 +344,7 @@ DiscreteSplit* PMMLTranslator::HandleArrayDiscreteSplit(DOMNode* node, ScoreDict
         }
     }
     if (op != "isIn" && op != "isNotIn") {
-        ThrowDocumentError(260153, {op, "operator", variable->GetName()});
+        ThrowCodedError(260153, {op, "operator", variable->GetName()});
     }
     if (op == "isNotIn") {
         list = Remove(variable, list);
@@ -352,7 +353,7 @@ DiscreteSplit* PMMLTranslator::HandleArrayDiscreteSplit(DOMNode* node, ScoreDict
     for (std::string const& text : list) {
         std::unique_ptr<ScoreValue> value = SplitValue(variable, text);
         if (!variable->IsValidValue(value.get())) {
-            ThrowDocumentError(260152, {text, "value"});
+            ThrowCodedError(260152, {text, "value"});
         }
         if (numeric) {
             numbers.push_back(value->GetDouble());
@@ -374,7 +375,7 @@ DOMNode* PMMLTranslator::GetArrayNode(DOMNode* node) {
             return child;
         }
     }
-    ThrowDocumentError(260115, {"Array", "SimpleSetPredicate"});
+    ThrowCodedError(260115, {"Array", "SimpleSetPredicate"});
 }
 
 std::vector<std::string> PMMLTranslator::GetArrayElements(DOMNode* array, XMLCh const* type,
@@ -394,11 +395,11 @@ std::vector<std::string> PMMLTranslator::GetArrayElements(DOMNode* array, XMLCh 
     }
     DOMNode* first = array != nullptr ? array->getFirstChild() : nullptr;
     if (first == nullptr) {
-        ThrowDocumentError(260115, {"Array", "SimpleSetPredicate"});
+        ThrowCodedError(260115, {"Array", "SimpleSetPredicate"});
     }
     XMLCh const* content = first->getNodeValue();
     if (CountTokens(content) == 0) {
-        ThrowDocumentError(260284, {"Value", "Array"});
+        ThrowCodedError(260284, {"Value", "Array"});
     }
     bool const real = IsEqual(fTranscoder, type, "real");
     bool const integer = IsEqual(fTranscoder, type, "int");
@@ -412,7 +413,7 @@ std::vector<std::string> PMMLTranslator::GetArrayElements(DOMNode* array, XMLCh 
         });
     int const count = static_cast<int>(elements.size());
     if (expected != 0 && count != expected) {
-        ThrowDocumentError(260241, {std::to_string(expected), "n", std::to_string(count)});
+        ThrowCodedError(260241, {std::to_string(expected), "n", std::to_string(count)});
     }
     return elements;
 }
@@ -420,7 +421,7 @@ std::vector<std::string> PMMLTranslator::GetArrayElements(DOMNode* array, XMLCh 
 std::vector<std::string> PMMLTranslator::Remove(ScoreDictVar const* variable, std::vector<std::string> list) {
     for (std::string const& element : list) {
         if (!IsValidScoreValue(variable, element)) {
-            ThrowDocumentError(260158, {element, NameOfVariable(variable)});
+            ThrowCodedError(260158, {element, NameOfVariable(variable)});
         }
     }
     std::vector<std::string> entries;
