@@ -3,17 +3,22 @@
 // ParseFromTree slot: a plug-in overrides the slots its family supports.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "vantry/Export.h"
+#include "vantry/transform/TransformationDictionary.h"
 #include "vantry/translate/BaseTranslator.h"
 #include "vantry/values/ScoreDictVar.h"
 
 namespace QXVantry_920 {
 
 class DiscreteSplit;
+class FunctionTree;
+class ScoreValueRange;
+class TransformVar;
 class ScaleSplit;
 class ScoreDictionary;
 class ScoreMissingValueSet;
@@ -45,6 +50,8 @@ class VANTRY_EXPORT PMMLTranslator : public BaseTranslator {
 
     // A running number written into generated names; reset by the transformation reader.
     int fNodeCounter;
+    // Function texts of "Apply" elements; filled by InitFunctionMap.
+    std::map<std::string, TransformationDictionary::TransformFunction> fFunctionMap;
     // The encoding given at construction, used when the first parse makes the transcoder.
     std::string fEncoding;
     // Kept for subclasses of other libraries; nothing here reads it.
@@ -91,6 +98,70 @@ class VANTRY_EXPORT PMMLTranslator : public BaseTranslator {
     std::vector<std::string> GetArrayElements(XERCES_CPP_NAMESPACE::DOMNode* array, XMLCh const* type,
                                               ScoreDictVar const* variable);
     std::vector<std::string> Remove(ScoreDictVar const* variable, std::vector<std::string> list);
+
+    // Derived fields: the function catalogue (PMMLTransformCatalog.cpp), the transformation dictionary
+    // and its simple expressions (PMMLTransformations.cpp), function trees (PMMLApply.cpp), and the
+    // table-like expressions (PMMLDerivedExpressions.cpp).
+  public:
+    // The "DerivedField" elements below the element as a new dictionary that the caller owns, or null
+    // when there is none. Every field may refer to the data dictionary and to the fields above it.
+    TransformationDictionary* HandleTransformationDictionary(XERCES_CPP_NAMESPACE::DOMElement* element,
+                                                             ScoreDictionary const* dictionary);
+    using TransformFunction = TransformationDictionary::TransformFunction;
+
+  protected:
+    // The text of a function for messages; "<not defined>" for the values without one.
+    std::string ToString(TransformFunction function);
+    void InitFunctionMap();
+    TransformFunction GetTransFunction(std::string const& text);
+    bool IsArithmeticFunction(TransformFunction function);
+    bool IsMathematicsFunction(TransformFunction function);
+    bool IsStatisticFunction(TransformFunction function);
+    bool IsDateTimeFunction(TransformFunction function);
+    bool IsLogicFunction(TransformFunction function);
+    bool IsStringFunction(TransformFunction function);
+    bool IsNumericFunction(TransformFunction function);
+    bool IsInputNumericFunction(TransformFunction function);
+    bool IsInputStringFunction(TransformFunction function);
+    bool IsMixInputFunction(TransformFunction function);
+    bool IsOutputNumericFunction(TransformFunction function);
+    bool IsOutputStringFunction(TransformFunction function);
+    bool IsMixOutputFunction(TransformFunction function);
+    void VerifyOneElem(TransformFunction function, bool numeric, bool constant, std::string const& name,
+                       ScoreDictionary const* dictionary, ScoreDictionary const* transformations);
+    void VerifyApplyFunction(std::vector<std::string> const& names, std::vector<int> const& kinds,
+                             ScoreDictionary const* dictionary, ScoreDictionary const* transformations,
+                             TransformFunction function, std::vector<TransformFunction> childFunctions,
+                             TransformVar const* variable);
+    void VerifyParentAndChildFunction(TransformFunction parent, TransformFunction child);
+
+    void handleDerivedVarMissingValue(XERCES_CPP_NAMESPACE::DOMElement* extension, TransformVar* variable);
+    void HandleValueList(XERCES_CPP_NAMESPACE::DOMElement* element, TransformVar* variable);
+    std::string HandleFieldRef(XERCES_CPP_NAMESPACE::DOMElement* element, ScoreDictionary const* dictionary,
+                               ScoreDictionary const* transformations, TransformVar* variable);
+    ScoreValue* HandelConstant(XERCES_CPP_NAMESPACE::DOMElement* element);
+    std::string HandelConstant(XERCES_CPP_NAMESPACE::DOMElement* element, double& number, int& type);
+    ScoreValue* HandelConstantDefaultStringType(XERCES_CPP_NAMESPACE::DOMElement* element);
+    void HandleKROMExtensions(XERCES_CPP_NAMESPACE::DOMElement* extension, TransformVar* variable);
+
+    FunctionTree* HandleApply(XERCES_CPP_NAMESPACE::DOMElement* element, ScoreDictVar const* variable,
+                              FunctionTree* parent, ScoreDictionary const* dictionary,
+                              ScoreDictionary const* transformations);
+    void SetLeafNodeStats(std::string const& name, FunctionTree* parent, int index, bool constNode,
+                          ScoreValue* fieldRecodeMissingValue);
+
+    std::string HandleDiscritize(XERCES_CPP_NAMESPACE::DOMElement* element, ScoreDictVar* variable,
+                                 ScoreDictionary const* dictionary, ScoreDictionary const* transformations);
+    ScoreValueRange* HandleDiscretizeBinInterVal(XERCES_CPP_NAMESPACE::DOMElement* element, int binsSoFar);
+    std::string HandleMapValues(XERCES_CPP_NAMESPACE::DOMElement* element, ScoreDictVar* variable,
+                                ScoreDictionary const* dictionary, ScoreDictionary const* transformations);
+    std::string HandleNormContinuous(XERCES_CPP_NAMESPACE::DOMElement* element, ScoreDictVar* variable,
+                                     ScoreDictionary const* dictionary,
+                                     ScoreDictionary const* transformations);
+    std::string HandleNormDiscrete(XERCES_CPP_NAMESPACE::DOMElement* element, ScoreDictVar* variable,
+                                   ScoreDictionary const* dictionary, ScoreDictionary const* transformations);
+    std::string HandleLag(XERCES_CPP_NAMESPACE::DOMElement* element, ScoreDictVar* variable,
+                          ScoreDictionary const* dictionary, ScoreDictionary const* transformations);
 
   private:
     std::unique_ptr<ScoreDictVar> ParseDataField(XERCES_CPP_NAMESPACE::DOMElement* field,

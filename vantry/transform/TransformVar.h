@@ -1,0 +1,145 @@
+// A derived variable: a DictVar that computes its value from the other fields of a case. The parsers fill
+// it through the setters below; GetTransformedValue computes one value per case.
+//
+// The variable owns its expression (bins, encoding map, function tree, lookup table), its recode values,
+// its lag memory, and the result and scratch objects that every evaluation overwrites in place, so that
+// evaluation allocates nothing after the first case. It belongs to one thread at a time.
+#pragma once
+
+#include <deque>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "vantry/Export.h"
+#include "vantry/transform/TransformationDictionary.h"
+#include "vantry/values/ScoreDictVar.h"
+
+namespace QXVantry_920 {
+
+class ApplyNodeStats;
+class DateTimeValue;
+class FunctionTree;
+class MapValues;
+class NumericValue;
+class ScoreCaseRecord;
+class ScoreValue;
+class ScoreValueRange;
+class StringValue;
+
+class VANTRY_EXPORT TransformVar : public DictVar {
+  public:
+    using TransformFunction = TransformationDictionary::TransformFunction;
+    using TransExpression = TransformationDictionary::TransExpression;
+
+    TransformVar(std::string const& name, VariableType type);
+    // An independent deep copy: expression, recode values and lag memory included; the result and
+    // caches start afresh.
+    TransformVar(TransformVar const& other);
+    TransformVar& operator=(TransformVar const&) = delete;
+    ~TransformVar() override;
+
+    ScoreDictVar* Clone() const override;
+    void Display(std::ostream& out) const override;
+    bool IsDerivedVariable() const override;
+
+    // The value for one case: an object the variable owns and overwrites at the next call; never null.
+    ScoreValue const* GetTransformedValue(ScoreCaseRecord const* record, ScoreDictionary const* dictionary,
+                                          ScoreDictionary const* transformations);
+    ScoreValue const* GetLagValue(ScoreCaseRecord const* record, ScoreDictionary const* dictionary,
+                                  ScoreDictionary const* transformations, ScoreValue const* current);
+    ScoreValue const* GetMappedValue(ScoreCaseRecord const* record, ScoreDictionary const* dictionary,
+                                     ScoreDictionary const* transformations, ScoreValue const* current);
+    ScoreValue const* GetBinningValue(ScoreDictVar const* source, ScoreValue const* value);
+    ScoreValue const* GetEncodedValue(ScoreDictVar const* source, ScoreValue const* value);
+    double GetNormValue(double x);
+
+    // Setters of the parsers. Pointer setters take the object over.
+    void AddFieldNameAndTransExpression(std::string const& fieldName, TransExpression expression);
+    void SetConstString(std::string const& text);
+    std::string const& GetConstString() const;
+    std::string const& GetFieldName() const;
+    TransExpression GetTransExpression() const;
+    void SetRoot(FunctionTree* root);
+    FunctionTree const* GetRoot() const;
+    void SetLags(int count, std::vector<ScoreDictVar const*> blockVariables);
+    // Deletes a table set before.
+    void SetMapValues(MapValues* mapValues);
+    MapValues const* GetMapValues() const;
+    void AddEncodingMap(ScoreValue* value, ScoreValue* result);
+    // Appends the bin (either may be null) and, when both are there, records its display texts.
+    void AddBinningValue(ScoreValueRange* range, ScoreValue* value, std::string const& fieldName);
+    void AddNormInfo(double slope, double intercept);
+    void AddLinearNorm(double orig, double norm);
+    void SetOutlierTreatMent(int treatment);
+    void SetRecodeMissValueTo(ScoreValue* value);
+    void SetRecodeDefaultValue(ScoreValue* value);
+    void SetRecodeSysmisValue(ScoreValue* value);
+    void SetRecodeElseCopy(bool copy);
+    void SetRecodeMissingCopy(bool copy);
+    // Stored only; evaluation does not read it.
+    void SetRecodeIntervalCopy(ScoreValueRange* range);
+    ScoreValue const* GetRecodeMissValueRep() const;
+    ScoreValue const* GetRecodeDefaultValue() const;
+    ScoreValue const* GetRecodeSysmisValueRep() const;
+    bool IsRecodeElseCopy() const;
+    bool IsRecodeMissingCopy() const;
+    std::vector<std::pair<ScoreValue*, ScoreValue*>> const& GetAllEncodedValues() const;
+    // The interval text (10<=age<20) with true, the bracket text ([10,20)) with false; the key itself for
+    // an unknown key.
+    std::string GetOrigIntervalForBinningValue(std::string const& key, bool intervalText) const;
+
+  private:
+    ScoreValue const* Traverse(FunctionTree* node, ScoreCaseRecord const* record,
+                               ScoreDictionary const* dictionary, ScoreDictionary const* transformations,
+                               int& unused);
+    ScoreValue* HandleMissingAndInvalidValue(ScoreDictVar const* source, VariableType ownType,
+                                             ScoreValue const* value);
+    bool HandleMissingAndInvalidOfApply(std::vector<double> const& arguments, TransformFunction function,
+                                        ScoreValue* result, ApplyNodeStats const& stats, bool resultIsMissing,
+                                        bool resultIsInvalid);
+    double ApplyTransFunction(double a, double b, TransformFunction function);
+    double ApplyAccumulateFunction(std::vector<double> const& numbers, TransformFunction function);
+    double ApplyDateTimeFunction(ScoreValue const* value, double x, TransformFunction function);
+    double CalculateNormValue(double x);
+    double CalculateNormAsIs(double x);
+    double CalculateNormAsExtremeValues(double x);
+    double CalculateNormAsMissingValues(double x);
+    bool IsOutOfContRange(double x);
+
+    std::string fFieldName;
+    TransExpression fExpression;
+    std::vector<std::pair<ScoreValueRange*, ScoreValue*>> fBins;
+    std::map<std::string, std::string> fIntervalTexts;
+    std::map<std::string, std::string> fBracketTexts;
+    std::vector<double> fSlopes;
+    std::vector<double> fIntercepts;
+    int fOutlierTreatment;
+    std::vector<double> fNormOrigins;
+    std::vector<double> fNormTargets;
+    std::vector<std::pair<ScoreValue*, ScoreValue*>> fEncodingMap;
+    std::string fConstString;
+    FunctionTree* fRoot;
+    ScoreValue* fResult;
+    NumericValue* fNumericScratch;
+    StringValue* fStringScratch;
+    DateTimeValue* fDateScratch;
+    StringValue* fStringScratch2;
+    DateTimeValue* fDateScratch2;
+    ScoreValue* fRecodeMissingValue;
+    ScoreValue* fRecodeDefaultValue;
+    ScoreValue* fRecodeSysmisValue;
+    bool fRecodeElseCopy;
+    bool fRecodeMissingCopy;
+    ScoreValueRange* fRecodeIntervalCopy;
+    int fSourceIndex;
+    ScoreDictVar const* fSourceVariable;
+    MapValues* fMapValues;
+    int fLagCount;
+    std::deque<ScoreValue*> fHistory;
+    std::vector<ScoreDictVar const*> fBlockVariables;
+    std::vector<std::deque<ScoreValue*>> fBlockHistories;
+};
+
+}  // namespace QXVantry_920
