@@ -31,6 +31,8 @@
 #include "vantry/transform/FunctionTree.h"
 #include "vantry/transform/InlineTable.h"
 #include "vantry/transform/MapValues.h"
+#include "vantry/transform/PredictorReading.h"
+#include "vantry/transform/ScorePredicate.h"
 #include "vantry/transform/TransformVar.h"
 #include "vantry/transform/TransformationDictionary.h"
 #include "vantry/translate/ArrayTokenizer.h"
