@@ -59,7 +59,8 @@ class VANTRY_EXPORT ScorePredicate {
     virtual PredicateType GetPredType() = 0;
     // Whether the predicate reads a derived variable.
     virtual bool IsDerivedPredictor() const = 0;
-    // Simple and set predicates take the split over; the others ignore it.
+    // Simple and set predicates take the split over and let go of the one held before without deleting
+    // it (take that one with GetSplit first). The others ignore the call: the split stays the caller's.
     virtual void SetSplit(ScoreSplitVar const* split) = 0;
     virtual ScoreSplitVar const* GetSplit() const = 0;
     virtual void Display(std::ostream& out) const = 0;
