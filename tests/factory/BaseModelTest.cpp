@@ -1,14 +1,11 @@
 // The shared model base: variable roles, the fallback answer for a case that cannot be scored, and what
 // the model deletes with itself.
-#include <gtest/gtest.h>
-
 #include <memory>
-#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "vantry/factory/BaseModel.h"
+#include "FactoryTestSupport.h"
 #include "vantry/factory/ScoreResult.h"
 #include "vantry/factory/VersionInfo.h"
 #include "vantry/transform/TransformationDictionary.h"
@@ -17,23 +14,9 @@
 #include "vantry/values/ValueProbability.h"
 
 using namespace QXVantry_920;
+using vantry_test::TinyModel;
 
 namespace {
-
-// The smallest model: the family's own slots do nothing; the fallback is open to the test.
-class TinyModel : public BaseModel {
-  public:
-    using BaseModel::HandleMissingValue;
-
-    QXScore::QXStatus Score(ScoreCaseRecord*, ScoreResult*) override { return {}; }
-    ScoreResult* MakeResult() const override { return nullptr; }
-    ScoreCaseRecord* MakeCaseRecord() const override { return nullptr; }
-    QXScore::QXStatus FillResultFields(ScoreResult const*, ScoreResultField*) override { return {}; }
-    bool HasOwnProbabilityOutput() override { return ownProbabilities; }
-    void Display(std::ostream&) const override {}
-
-    bool ownProbabilities = false;
-};
 
 // A classification result that records each call as text.
 class RecordingResult : public ScoreClsResult {
