@@ -105,7 +105,7 @@ TEST_F(HostRoutesTest, HostNodeRoutesNameTheModelByTheElement) {
     TinyModel parent;
     parent.SetVersionInfo(new VersionInfo("host"));
     const Names names = {"TreeModel", "RegressionModel"};
-    // The model outlives nothing of the host's DOM: the element is read after the call.
+    // The model may keep the host's element: it is read again after the call.
     EXPECT_EQ(
         KeptAndDescribed(ModelFactory::MakeModelFromXML(Element(u"DecisionTree"), names, &parent, "enc")),
         "DecisionTree TreeModel|parent|DecisionTree|d|enc|parent=host");
