@@ -9,6 +9,7 @@
 #include "vantry/diagnostics/ScoringLog.h"
 #include "vantry/diagnostics/VTErrorFormater.h"
 #include "vantry/diagnostics/VTException.h"
+#include "vantry/factory/BaseModel.h"
 #include "vantry/factory/FactoryInternals.h"
 #include "vantry/factory/ModelFactory.h"
 #include "vantry/factory/ModelPlugin.h"
