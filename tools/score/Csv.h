@@ -1,0 +1,41 @@
+// Comma-separated text as the scoring command reads and writes it: fields separated by commas, records
+// by line ends (LF, CRLF or a lone CR), a field in double quotes may hold commas, line ends and doubled
+// quotes. UTF-8 throughout; a byte order mark at the start of the input is dropped.
+#pragma once
+
+#include <istream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vantry_tool {
+
+// Reads one record at a time from a stream, so that input of any length takes constant memory.
+class CsvReader {
+  public:
+    explicit CsvReader(std::istream& in);
+
+    // The next record's fields; false at the end of the input. Empty lines are skipped. Text after a
+    // closing quote is kept as it stands, and a quote that is never closed runs to the end of the input.
+    bool ReadRecord(std::vector<std::string>& fields);
+
+    // The number of the line on which the last record read began (1 for the first line).
+    long RecordLine() const { return fRecordLine; }
+
+  private:
+    int Next();
+    int Peek();
+
+    std::streambuf* fBuffer;
+    bool fAtStart = true;
+    long fLine = 1;
+    long fRecordLine = 0;
+};
+
+// Appends one field to a record line, in double quotes when it holds a comma, a quote or a line end.
+void AppendCsvField(std::string& line, std::string_view field);
+
+// Appends the fields separated by commas, and a line end.
+void AppendCsvRecord(std::string& line, std::vector<std::string> const& fields);
+
+}  // namespace vantry_tool
