@@ -124,8 +124,8 @@ class VANTRY_EXPORT TransformationDictionary : public BaseDictionary {
     TransformationDictionary();
     // Clones both records, and copies the flags, names and set-up flag.
     TransformationDictionary(TransformationDictionary const& other);
-    // Copies the two record pointers themselves, so that both dictionaries then share the records (and
-    // both delete them); kept as it is for the plug-ins that rely on it.
+    // Clones both records as the copy constructor does: shared record pointers would be deleted by both
+    // dictionaries.
     TransformationDictionary& operator=(TransformationDictionary const& other);
     ~TransformationDictionary() override;
 
