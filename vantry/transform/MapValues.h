@@ -49,6 +49,9 @@ class VANTRY_EXPORT MapValues {
     TransformVar* fOwner;
     std::unique_ptr<ScoreValue> fMapMissingTo;
     std::unique_ptr<ScoreValue> fDefaultValue;
+    // The input fields' names in pair order, bound to the dictionaries of the first lookup.
+    std::vector<std::string> fInputNames;
+    bool fBound;
 };
 
 }  // namespace QXVantry_920
