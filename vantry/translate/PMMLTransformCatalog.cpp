@@ -288,10 +288,11 @@ void PMMLTranslator::VerifyOneElem(TransformFunction function, bool numeric, boo
     } else {
         ScoreDictVar const* variable = FindVariable(name, dictionary, transformations);
         if (variable == nullptr) {
-            // An unknown field was refused when it was read; nothing more to say about it here.
+            // An unknown field was refused when it was read; here it passes only where a number is wanted.
             if (numeric) {
                 return;
             }
+            ThrowCodedError(260245, {ToString(function), name});
         } else {
             elementNumeric = variable->GetVarType() == ScoreDictVar::kNUMERIC_VAR;
         }

@@ -12,15 +12,6 @@ XERCES_CPP_NAMESPACE_USE
 
 namespace QXVantry_920 {
 
-ScoreDictVar const* FindVariable(std::string const& name, ScoreDictionary const* dictionary,
-                                 ScoreDictionary const* transformations) {
-    ScoreDictVar const* variable = dictionary != nullptr ? dictionary->GetVar(name) : nullptr;
-    if (variable == nullptr && transformations != nullptr) {
-        variable = transformations->GetVar(name);
-    }
-    return variable;
-}
-
 ScoreDictVar const* RequireVariable(std::string const& name, ScoreDictionary const* dictionary,
                                     ScoreDictionary const* transformations) {
     ScoreDictVar const* variable = FindVariable(name, dictionary, transformations);

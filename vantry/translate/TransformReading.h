@@ -6,6 +6,8 @@
 
 #include <xercesc/util/XercesDefs.hpp>
 
+#include "vantry/transform/FieldAccess.h"
+
 XERCES_CPP_NAMESPACE_BEGIN
 class DOMElement;
 XERCES_CPP_NAMESPACE_END
@@ -17,12 +19,8 @@ class ScoreDictVar;
 class ScoreValue;
 class TransformVar;
 
-// A field of the data dictionary, or else of the derived fields read so far; null when neither has it.
-// Either dictionary may be null.
-ScoreDictVar const* FindVariable(std::string const& name, ScoreDictionary const* dictionary,
-                                 ScoreDictionary const* transformations);
-
-// As FindVariable; a field in neither fails 260125 with its name.
+// As FindVariable (vantry/transform/FieldAccess.h), the data dictionary before the derived fields read
+// so far; a field in neither fails 260125 with its name.
 ScoreDictVar const* RequireVariable(std::string const& name, ScoreDictionary const* dictionary,
                                     ScoreDictionary const* transformations);
 
