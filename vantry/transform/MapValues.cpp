@@ -8,7 +8,7 @@
 
 namespace QXVantry_920 {
 
-MapValues::MapValues(TransformVar* owner) : fOwner(owner), fBound(false) {}
+MapValues::MapValues(TransformVar* owner) : fOwner(owner), fBound(false), fInputIndex(-1) {}
 
 MapValues::~MapValues() = default;
 
@@ -35,6 +35,7 @@ void MapValues::AddFieldColumnPair(std::string const& column, std::string const&
     fInputVariables.push_back(variable);
     fInputNames.push_back(field);
     fBound = false;
+    fInputIndex = -1;
 }
 
 void MapValues::SetInlineTable(InlineTable* table) {
@@ -95,13 +96,10 @@ ScoreValue const* MapValues::Lookup(ScoreCaseRecord const* record, ScoreDictiona
         if (variable == nullptr) {
             return fMapMissingTo.get();
         }
+        // The variable's value index when it has one, else its slot found by name once.
         int index = variable->GetValueIndex();
-        ScoreValue const* value = nullptr;
-        if (AsDerived(variable) != nullptr || index >= 0) {
-            value = ReadField(variable, index, record, dictionary, transformations);
-        } else if (record != nullptr) {
-            value = record->Get(variable->GetName());
-        }
+        ScoreValue const* value =
+            ReadField(variable, index >= 0 ? index : fInputIndex, record, dictionary, transformations);
         return variable->IsMissingValue(value) ? fMapMissingTo.get() : value;
     }
     if (fInputVariables.size() >= 2) {

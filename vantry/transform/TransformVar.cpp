@@ -91,6 +91,7 @@ TransformVar::TransformVar(std::string const& name, VariableType type)
       fSourceResolved(false),
       fAbsentRecord(nullptr),
       fAbsentRecordSize(-1),
+      fHistoryHead(0),
       fDepth(0),
       fEvaluating(false) {}
 
@@ -129,6 +130,8 @@ TransformVar::TransformVar(TransformVar const& other)
       fAbsentRecord(nullptr),
       fAbsentRecordSize(-1),
       fBlockNames(other.fBlockNames),
+      fHistoryHead(other.fHistoryHead),
+      fBlockHeads(other.fBlockHeads),
       fDepth(0),
       fEvaluating(false) {
     // Everything owned is built first into the fields, so that a failing allocation part way frees

@@ -157,12 +157,16 @@ class VANTRY_EXPORT TransformVar : public DictVar {
 
     // Evaluation caches, none of them copied: the source when it is itself derived, the record on which
     // the source field was last found absent (with that record's size), the block fields' record slots,
-    // the walk's scratch frames with the current depth, and the guard against evaluating re-entrantly.
+    // the lag rings' heads, the walk's scratch frames with the current depth, and the guard against
+    // evaluating re-entrantly.
     TransformVar* fSourceDerived;
     bool fSourceResolved;
     ScoreCaseRecord const* fAbsentRecord;
     int fAbsentRecordSize;
     std::vector<std::string> fBlockNames;
+    // The histories are rings once full: the position of the oldest value in each.
+    size_t fHistoryHead;
+    std::vector<size_t> fBlockHeads;
     std::vector<int> fBlockIndexes;
     std::vector<std::unique_ptr<ApplyFrame>> fFrames;
     size_t fDepth;

@@ -17,18 +17,22 @@ ScoreValue const& MissingOfKind(ScoreDictVar::VariableType type) {
     return type == ScoreDictVar::STRING_VAR ? static_cast<ScoreValue const&>(missingText) : missingNumber;
 }
 
-// Appends a copy of the value, reusing the object just dropped from the history when it is of the same
-// kind, so that a full history moves on without allocating.
-void Append(std::deque<ScoreValue*>& history, ScoreValue const& value, ScoreValue*& spare) {
-    if (spare != nullptr && ScoreValue::TypeOf(*spare) == ScoreValue::TypeOf(value)) {
-        spare->SetValue(&value);
-        history.push_back(spare);
-        spare = nullptr;
+// Moves a history on by one case. Until it holds count values it grows; from then on it is a ring whose
+// oldest value, at head, is overwritten in place, so that a full history allocates nothing.
+void Push(std::deque<ScoreValue*>& history, size_t& head, size_t count, ScoreValue const& value) {
+    if (history.size() < count) {
+        history.push_back(value.Clone());
         return;
     }
-    delete spare;
-    spare = nullptr;
-    history.push_back(value.Clone());
+    ScoreValue*& slot = history[head];
+    if (slot != nullptr && ScoreValue::TypeOf(*slot) == ScoreValue::TypeOf(value)) {
+        slot->SetValue(&value);
+    } else {
+        delete slot;
+        slot = nullptr;
+        slot = value.Clone();
+    }
+    head = (head + 1) % count;
 }
 
 }  // namespace
@@ -61,7 +65,9 @@ ScoreValue const* TransformVar::GetLagValue(ScoreCaseRecord const* record, Score
         }
     }
 
-    ScoreValue* spare = nullptr;
+    if (fBlockHeads.size() != fBlockHistories.size()) {
+        fBlockHeads.resize(fBlockHistories.size(), 0);
+    }
     bool sameBlock = true;
     for (size_t i = 0; i < fBlockVariables.size(); ++i) {
         if (fBlockVariables[i] == nullptr) {
@@ -71,21 +77,18 @@ ScoreValue const* TransformVar::GetLagValue(ScoreCaseRecord const* record, Score
         ScoreValue const& blockValue = value != nullptr ? *value : MissingOfKind(kNUMERIC_VAR);
         std::deque<ScoreValue*>& history = fBlockHistories[i];
         if (history.size() == count) {
-            ScoreValue* oldest = history.front();
+            ScoreValue const* oldest = history[fBlockHeads[i]];
             if (oldest == nullptr || !(*oldest == blockValue)) {
                 sameBlock = false;
             }
-            history.pop_front();
-            delete spare;
-            spare = oldest;
         }
-        Append(history, blockValue, spare);
+        Push(history, fBlockHeads[i], count, blockValue);
     }
 
     VariableType const type = fVarType;
     bool answered = false;
     if (fHistory.size() == count) {
-        ScoreValue* oldest = fHistory.front();
+        ScoreValue const* oldest = fHistory[fHistoryHead];
         if (sameBlock && oldest != nullptr) {
             if (type == kNUMERIC_VAR || type == DATETIME_VAR) {
                 fNumericScratch->SetDoubleValue(oldest->GetDouble());
@@ -94,12 +97,8 @@ ScoreValue const* TransformVar::GetLagValue(ScoreCaseRecord const* record, Score
             }
             answered = true;
         }
-        fHistory.pop_front();
-        delete spare;
-        spare = oldest;
     }
-    Append(fHistory, current != nullptr ? *current : MissingOfKind(type), spare);
-    delete spare;
+    Push(fHistory, fHistoryHead, count, current != nullptr ? *current : MissingOfKind(type));
 
     if (type == kNUMERIC_VAR || type == DATETIME_VAR) {
         if (!answered) {
