@@ -17,102 +17,36 @@ using TF = TransformationDictionary::TransformFunction;
 using vantry_test::OpenTransformTranslator;
 using vantry_test::Refusal;
 
-// Every function: its document texts and its name in messages ("" for "<not defined>").
-struct Entry {
-    int value;
-    std::vector<std::string> texts;
-    std::string name;
-};
+// The document texts of the functions in the order of their values, "|" between two texts of one
+// value; the last value, 79, has none. Each value's name is its first text, except for the unnamed.
+char const* const kTexts =
+    "+ - * / pow abs exp log10|lg10 ln mod round sqrt trunc floor ceil product min max mean avg median sum "
+    "sd "
+    "variance cdf.normal cdfnorm idf.normal pdf.normal date_years_difference date_months_difference "
+    "date_days_difference year-from-date month-from-date day-from-date time_hours_difference "
+    "time_minutes_difference time_seconds_difference hour-from-time minute-from-time second-from-time "
+    "isMissing "
+    "isNotMissing equal notEqual lessThan lessOrEqual greaterThan greaterOrEqual isIn isNotIn and or not "
+    "matches "
+    "lowercase uppercase lower concat replace ltrim rtrim|trimend substr substring length if value threshold "
+    "sysmis recast_to_ordinal recast_to_scale outlierHandle imputeCatFieldMissingAgainstConTarget normalCDF "
+    "normalPDF stdNormalCDF stdNormalPDF erf normalIDF stdNormalIDF";
+char const* const kUnnamed = "20,21,32,33,72-79";
 
-std::vector<Entry> const kCatalogue = {
-    {0, {"+"}, "+"},
-    {1, {"-"}, "-"},
-    {2, {"*"}, "*"},
-    {3, {"/"}, "/"},
-    {4, {"pow"}, "pow"},
-    {5, {"abs"}, "abs"},
-    {6, {"exp"}, "exp"},
-    {7, {"log10", "lg10"}, "log10"},
-    {8, {"ln"}, "ln"},
-    {9, {"mod"}, "mod"},
-    {10, {"round"}, "round"},
-    {11, {"sqrt"}, "sqrt"},
-    {12, {"trunc"}, "trunc"},
-    {13, {"floor"}, "floor"},
-    {14, {"ceil"}, "ceil"},
-    {15, {"product"}, "product"},
-    {16, {"min"}, "min"},
-    {17, {"max"}, "max"},
-    {18, {"mean"}, "mean"},
-    {19, {"avg"}, "avg"},
-    {20, {"median"}, ""},
-    {21, {"sum"}, ""},
-    {22, {"sd"}, "sd"},
-    {23, {"variance"}, "variance"},
-    {24, {"cdf.normal"}, "cdf.normal"},
-    {25, {"cdfnorm"}, "cdfnorm"},
-    {26, {"idf.normal"}, "idf.normal"},
-    {27, {"pdf.normal"}, "pdf.normal"},
-    {28, {"date_years_difference"}, "date_years_difference"},
-    {29, {"date_months_difference"}, "date_months_difference"},
-    {30, {"date_days_difference"}, "date_days_difference"},
-    {31, {"year-from-date"}, "year-from-date"},
-    {32, {"month-from-date"}, ""},
-    {33, {"day-from-date"}, ""},
-    {34, {"time_hours_difference"}, "time_hours_difference"},
-    {35, {"time_minutes_difference"}, "time_minutes_difference"},
-    {36, {"time_seconds_difference"}, "time_seconds_difference"},
-    {37, {"hour-from-time"}, "hour-from-time"},
-    {38, {"minute-from-time"}, "minute-from-time"},
-    {39, {"second-from-time"}, "second-from-time"},
-    {40, {"isMissing"}, "isMissing"},
-    {41, {"isNotMissing"}, "isNotMissing"},
-    {42, {"equal"}, "equal"},
-    {43, {"notEqual"}, "notEqual"},
-    {44, {"lessThan"}, "lessThan"},
-    {45, {"lessOrEqual"}, "lessOrEqual"},
-    {46, {"greaterThan"}, "greaterThan"},
-    {47, {"greaterOrEqual"}, "greaterOrEqual"},
-    {48, {"isIn"}, "isIn"},
-    {49, {"isNotIn"}, "isNotIn"},
-    {50, {"and"}, "and"},
-    {51, {"or"}, "or"},
-    {52, {"not"}, "not"},
-    {53, {"matches"}, "matches"},
-    {54, {"lowercase"}, "lowercase"},
-    {55, {"uppercase"}, "uppercase"},
-    {56, {"lower"}, "lower"},
-    {57, {"concat"}, "concat"},
-    {58, {"replace"}, "replace"},
-    {59, {"ltrim"}, "ltrim"},
-    {60, {"rtrim", "trimend"}, "rtrim"},
-    {61, {"substr"}, "substr"},
-    {62, {"substring"}, "substring"},
-    {63, {"length"}, "length"},
-    {64, {"if"}, "if"},
-    {65, {"value"}, "value"},
-    {66, {"threshold"}, "threshold"},
-    {67, {"sysmis"}, "sysmis"},
-    {68, {"recast_to_ordinal"}, "recast_to_ordinal"},
-    {69, {"recast_to_scale"}, "recast_to_scale"},
-    {70, {"outlierHandle"}, "outlierHandle"},
-    {71, {"imputeCatFieldMissingAgainstConTarget"}, "imputeCatFieldMissingAgainstConTarget"},
-    {72, {"normalCDF"}, ""},
-    {73, {"normalPDF"}, ""},
-    {74, {"stdNormalCDF"}, ""},
-    {75, {"stdNormalPDF"}, ""},
-    {76, {"erf"}, ""},
-    {77, {"normalIDF"}, ""},
-    {78, {"stdNormalIDF"}, ""},
-    {79, {}, ""},
-};
+std::vector<std::string> Split(std::string const& text, char separator) {
+    std::vector<std::string> parts;
+    std::istringstream in(text);
+    std::string part;
+    while (std::getline(in, part, separator)) {
+        parts.push_back(part);
+    }
+    return parts;
+}
 
 // The values of a list of ranges such as "0-3,66,67".
 std::set<int> Values(std::string const& ranges) {
     std::set<int> values;
-    std::istringstream in(ranges);
-    std::string part;
-    while (std::getline(in, part, ',')) {
+    for (std::string const& part : Split(ranges, ',')) {
         std::size_t const dash = part.find('-');
         int const low = std::stoi(part.substr(0, dash));
         int const high = dash == std::string::npos ? low : std::stoi(part.substr(dash + 1));
@@ -161,12 +95,17 @@ class TransformCatalogTest : public vantry_test::DerivedFieldTest {
 
 TEST_F(TransformCatalogTest, EveryTextMapsToItsFunctionAndBackToItsName) {
     EXPECT_EQ(translator->fFunctionMap.size(), 81u);
-    for (Entry const& entry : kCatalogue) {
-        for (std::string const& text : entry.texts) {
-            EXPECT_EQ(translator->GetTransFunction(text), entry.value) << text;
+    std::vector<std::string> const byValue = Split(kTexts, ' ');
+    ASSERT_EQ(byValue.size(), 79u);
+    std::set<int> const unnamed = Values(kUnnamed);
+    for (int value = 0; value <= 79; ++value) {
+        std::vector<std::string> const texts =
+            value < 79 ? Split(byValue[value], '|') : std::vector<std::string>{};
+        for (std::string const& text : texts) {
+            EXPECT_EQ(translator->GetTransFunction(text), value) << text;
         }
-        std::string const name = entry.name.empty() ? "<not defined>" : entry.name;
-        EXPECT_EQ(translator->ToString(static_cast<TF>(entry.value)), name) << entry.value;
+        std::string const name = unnamed.count(value) == 1 ? "<not defined>" : texts.at(0);
+        EXPECT_EQ(translator->ToString(static_cast<TF>(value)), name) << value;
     }
     // Exact and case-sensitive; a second fill leaves the same map.
     EXPECT_EQ(translator->GetTransFunction("LOG10"), TransformationDictionary::TF_UNKNOWN);
