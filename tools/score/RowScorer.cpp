@@ -150,7 +150,7 @@ void RowScorer::FillInput(Input& input, std::string const* cell) {
         number = text == "true" ? 1.0 : 0.0;
     }
     bool const integer = input.numberType == ScoreDictVar::NUMERIC_TYPE_INTEGER;
-    if (!number || (integer && std::isfinite(*number) && std::trunc(*number) != *number)) {
+    if (!number || (integer && !(std::isfinite(*number) && std::trunc(*number) == *number))) {
         PutInvalidText(input, text);
         return;
     }

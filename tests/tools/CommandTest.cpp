@@ -1,0 +1,109 @@
+// The scoring command run as a user runs it: its arguments, exit status, messages and output table.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace {
+
+struct Outcome {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+std::string Fixture(char const* name) {
+    char const* folder = std::getenv("VANTRY_FIXTURES");
+    return std::string(folder != nullptr ? folder : "tests/fixtures") + "/" + name;
+}
+
+std::string ReadFile(std::string const& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+class Command : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        char folder[] = "/tmp/vantry-score-test-XXXXXX";
+        ASSERT_NE(mkdtemp(folder), nullptr);
+        fFolder = folder;
+    }
+    void TearDown() override { std::system(("rm -rf '" + fFolder + "'").c_str()); }
+
+    std::string Write(char const* name, std::string const& text) {
+        std::string const path = fFolder + "/" + name;
+        std::ofstream(path, std::ios::binary) << text;
+        return path;
+    }
+
+    // Runs the command with the arguments (already quoted for the shell) and the text on its input.
+    Outcome Run(std::string const& arguments, std::string const& input = "") {
+        std::string const in = Write("stdin", input);
+        std::string const out = fFolder + "/stdout";
+        std::string const err = fFolder + "/stderr";
+        int const raw = std::system((std::string(VANTRY_SCORE_COMMAND) + " " + arguments + " <'" + in +
+                                     "' >'" + out + "' 2>'" + err + "'")
+                                        .c_str());
+        return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, ReadFile(out), ReadFile(err)};
+    }
+
+    std::string fFolder;
+};
+
+TEST_F(Command, ArgumentsHelpAndRefusedDocuments) {
+    Outcome help = Run("--help");
+    EXPECT_EQ(help.status, 0);
+    for (char const* option : {"--catalog", "-o, --output", "-h, --help", "MODEL.pmml", "INPUT.csv", "NA"}) {
+        EXPECT_NE(help.out.find(option), std::string::npos) << option;
+    }
+    for (char const* arguments : {"", "--bogus model.pmml", "-o", "a.pmml b.csv c.csv",
+                                  "--catalog /nonexistent/modeldll.txt a.pmml", "/nonexistent/model.pmml"}) {
+        Outcome bad = Run(arguments);
+        EXPECT_EQ(bad.status, 1) << arguments;
+        EXPECT_NE(bad.err.find("usage: vantry-score"), std::string::npos) << arguments;
+        EXPECT_TRUE(bad.out.empty());
+    }
+    std::string const notXml = Write("broken.pmml", "<PMML><DataDictionary>");
+    Outcome refused = Run("'" + notXml + "'", "x\n1\n");
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(refused.err.rfind("error ", 0), 0u) << refused.err;
+    EXPECT_NE(refused.err.find(": "), std::string::npos);
+    EXPECT_TRUE(refused.out.empty());
+}
+
+TEST_F(Command, ScoresEveryRowWhateverItHolds) {
+    std::string const model = "'" + Fixture("score_regression.pmml") + "'";
+    // Columns in another order, one unknown, a quoted category with a comma, missing and invalid cells.
+    std::string const input =
+        "\xEF\xBB\xBF"
+        "color,unused,n,x\r\n"
+        "red,zz,4,1\r\n"
+        "\"blue, dark\",,0,NA\r\n"
+        "red,,4,abc\r\n"
+        "red,,2.5,1\r\n"
+        "red,,8,0.5\r\n";
+    Outcome scored = Run(model, input);
+    EXPECT_EQ(scored.status, 0) << scored.err;
+    EXPECT_EQ(scored.out,
+              "y,\"y, as said\"\n"
+              "4.5,4.5\n"
+              "1.5,1.5\n"
+              ",\n"
+              ",\n"
+              "4.5,4.5\n");
+
+    // The same through files, and a table without rows gives the header alone.
+    std::string const output = fFolder + "/out.csv";
+    EXPECT_EQ(Run(model + " '" + Write("in.csv", input) + "' -o '" + output + "'").status, 0);
+    EXPECT_EQ(ReadFile(output), scored.out);
+    EXPECT_EQ(Run(model, "x,n,color\n").out, "y,\"y, as said\"\n");
+}
+
+}  // namespace
