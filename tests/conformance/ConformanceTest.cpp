@@ -1,0 +1,82 @@
+// Every conformance case agrees with its expected outputs, as its table entry says.
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+
+#include <cctype>
+
+#include <ostream>
+#include <set>
+#include <string>
+
+#include "ConformanceCase.h"
+#include "tools/score/ModelLoading.h"
+
+namespace conformance {
+
+// Test names and messages show a case by its name.
+void PrintTo(CaseSpec const& spec, std::ostream* out) {
+    *out << spec.name;
+}
+
+}  // namespace conformance
+
+namespace {
+
+class Conformance : public ::testing::TestWithParam<conformance::CaseSpec> {};
+
+TEST_P(Conformance, AgreesWithTheExpectedOutputs) {
+    conformance::CaseSpec const& spec = GetParam();
+    vantry_tool::ScoringSession session(vantry_tool::FindShippedCatalog());
+    conformance::CaseOutcome const outcome = conformance::RunCase(spec, session);
+    if (!outcome.skipped.empty()) {
+        GTEST_SKIP() << outcome.skipped;
+    }
+    ASSERT_EQ(outcome.error, "");
+    EXPECT_GT(outcome.rows, 0);
+    EXPECT_EQ(outcome.agreeing, outcome.rows) << "worst relative difference " << outcome.worst;
+    for (std::string const& line : outcome.disagreements) {
+        ADD_FAILURE() << line;
+    }
+}
+
+std::string CaseName(::testing::TestParamInfo<conformance::CaseSpec> const& info) {
+    std::string name = info.param.name;
+    for (char& c : name) {
+        c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+    }
+    return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, Conformance, ::testing::ValuesIn(conformance::LoadCaseTable()), CaseName);
+
+// Each copied case has a table entry, and a column left uncompared says why.
+TEST(ConformanceTable, CoversEveryCaseAndGivesEveryReason) {
+    std::set<std::string> listed;
+    for (conformance::CaseSpec const& spec : conformance::LoadCaseTable()) {
+        listed.insert(spec.name);
+        for (conformance::ColumnRule const& rule : spec.columns) {
+            EXPECT_TRUE(!rule.ours.empty() || !rule.reason.empty()) << spec.name << " " << rule.expected;
+            EXPECT_TRUE(rule.ours.empty() || rule.tolerance > 0.0) << spec.name << " " << rule.expected;
+        }
+        for (conformance::RowOverride const& entry : spec.overrides) {
+            EXPECT_FALSE(entry.reason.empty()) << spec.name << " " << entry.expected;
+        }
+    }
+    DIR* folder = opendir((conformance::CasesFolder() + "/cases").c_str());
+    ASSERT_NE(folder, nullptr);
+    int documents = 0;
+    while (dirent* entry = readdir(folder)) {
+        std::string const name = entry->d_name;
+        std::string const suffix = ".pmml";
+        if (name.size() > suffix.size() &&
+            name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0) {
+            ++documents;
+            EXPECT_EQ(listed.count(name.substr(0, name.size() - suffix.size())), 1u) << name;
+        }
+    }
+    closedir(folder);
+    EXPECT_EQ(documents, 23);
+}
+
+}  // namespace
