@@ -28,6 +28,8 @@
 #include "vantry/text/KROMMultiByte.h"
 #include "vantry/text/VantryString.h"
 #include "vantry/text/VantryTranscoder.h"
+#include "vantry/transform/ApplyFrame.h"
+#include "vantry/transform/FieldAccess.h"
 #include "vantry/transform/FunctionSupport.h"
 #include "vantry/transform/FunctionTree.h"
 #include "vantry/transform/InlineTable.h"
