@@ -6,11 +6,13 @@
 
 #include <fstream>
 #include <memory>
+#include <ostream>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "vantry/diagnostics/VTException.h"
+#include "vantry/factory/BaseModel.h"
 #include "vantry/factory/ModelFactory.h"
 #include "vantry/factory/ScoreModel.h"
 
@@ -44,6 +46,26 @@ inline std::string WriteTempFile(std::string const& name, std::string const& con
     std::ofstream(path, std::ios::binary) << content;
     return path;
 }
+
+// The smallest model: the family's own slots do nothing; the fallback answer is open to the test.
+class TinyModel : public QXVantry_920::BaseModel {
+  public:
+    using BaseModel::HandleMissingValue;
+
+    QXScore::QXStatus Score(QXVantry_920::ScoreCaseRecord*, QXVantry_920::ScoreResult*) override {
+        return {};
+    }
+    QXVantry_920::ScoreResult* MakeResult() const override { return nullptr; }
+    QXVantry_920::ScoreCaseRecord* MakeCaseRecord() const override { return nullptr; }
+    QXScore::QXStatus FillResultFields(QXVantry_920::ScoreResult const*,
+                                       QXVantry_920::ScoreResultField*) override {
+        return {};
+    }
+    bool HasOwnProbabilityOutput() override { return ownProbabilities; }
+    void Display(std::ostream&) const override {}
+
+    bool ownProbabilities = false;
+};
 
 // Keeps the factory's process-wide state as a test found it.
 class FactoryStateTest : public testing::Test {

@@ -4,6 +4,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <xercesc/dom/DOM.hpp>
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/parsers/XercesDOMParser.hpp>
+
 #include <cstdlib>
 #include <filesystem>
 #include <sstream>
@@ -29,7 +33,7 @@ std::vector<std::string> ReadLines(fs::path const& path) {
 }  // namespace
 
 // Runs only inside the copy started below: the stream route with a PassModelNames plug-in, the
-// nearest-neighbour route and the file route, in that order.
+// nearest-neighbour route, the file route and the route from a host's element, in that order.
 TEST(FactoryTrace, DISABLED_Scenario) {
     if (std::getenv(kScenarioVariable) == nullptr)
         GTEST_SKIP();
@@ -41,6 +45,14 @@ TEST(FactoryTrace, DISABLED_Scenario) {
     std::ofstream("catalogue.txt") << "TreeModel\n";
     std::ofstream("tree.xml") << "<PMML><TreeModel/></PMML>";
     EXPECT_NE(Describe(ModelFactory::MakeModelFromXML(std::string("tree.xml"), "catalogue.txt", "")), "null");
+
+    ModelFactory::Initialize("");
+    xercesc::XercesDOMParser parser;
+    const char host[] = "<PMML><DecisionTree/></PMML>";
+    xercesc::MemBufInputSource source(reinterpret_cast<XMLByte const*>(host), sizeof host - 1, "host");
+    parser.parse(source);
+    void* element = parser.getDocument()->getDocumentElement()->getFirstChild();
+    EXPECT_NE(Describe(ModelFactory::MakeModelFromXML(element, Names{"TreeModel"}, nullptr, "")), "null");
 }
 
 TEST(FactoryTrace, RoutesWriteTheirMarks) {
@@ -73,7 +85,10 @@ TEST(FactoryTrace, RoutesWriteTheirMarks) {
         enterFactory, enterSymbol, exitSymbol, "Make Model End",
         // The file route enters twice: itself and the stream route.
         enterFactory, enterFactory, enterLibrary, enterSymbol, exitSymbol, enterSymbol, exitSymbol,
-        "Make Model End."};
+        "Make Model End.",
+        // The element route names the model it makes, and leaves.
+        enterFactory, "Model name is :TreeModel", enterSymbol, exitSymbol,
+        "Exit:QXVantry_920::ModelFactory::MakeModelFromXML"};
     EXPECT_EQ(ReadLines(log), expected);
     std::error_code ignored;
     fs::remove_all(directory, ignored);

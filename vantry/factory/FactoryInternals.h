@@ -16,6 +16,7 @@ XERCES_CPP_NAMESPACE_END
 
 namespace QXVantry_920 {
 
+class ScoreDictionary;
 class ScoreModel;
 class ScoreTranslator;
 
@@ -57,6 +58,20 @@ ScoreTranslator* GetTranslatorByName(std::vector<std::string> const& modelNames,
 ScoreModel* GetLibraryPath(std::vector<std::string> const& modelNames, XERCES_CPP_NAMESPACE::DOMElement* root,
                            bool nameGiven, std::string modelName, XERCES_CPP_NAMESPACE::DOMDocument* document,
                            XERCES_CPP_NAMESPACE::XercesDOMParser* parser, std::string const& encoding);
+// The same for a caller that has read the data dictionary: the model name is always searched for.
+ScoreModel* GetLibraryPath(std::vector<std::string> const& modelNames, ScoreDictionary* dictionary,
+                           XERCES_CPP_NAMESPACE::DOMElement* root, std::string modelName,
+                           XERCES_CPP_NAMESPACE::DOMDocument* document,
+                           XERCES_CPP_NAMESPACE::XercesDOMParser* parser, std::string const& encoding);
+// A model from one element of a DOM, named by the element's node name, with two dictionaries.
+ScoreModel* GetLibraryPath(XERCES_CPP_NAMESPACE::DOMElement* modelElement, ScoreDictionary* dictionary,
+                           ScoreDictionary* secondDictionary, std::vector<std::string> modelNames,
+                           std::string encoding, bool supportOldParser);
+// A model from three elements of a DOM, named by the last one's node name.
+ScoreModel* GetLibraryPath(std::vector<std::string> const& modelNames,
+                           XERCES_CPP_NAMESPACE::DOMElement* first, XERCES_CPP_NAMESPACE::DOMElement* second,
+                           XERCES_CPP_NAMESPACE::DOMElement* modelElement, std::string encoding,
+                           bool supportOldParser);
 
 // Parses a stream into the parser's DOM; throws 260105, 260107 or 260109.
 XERCES_CPP_NAMESPACE::DOMDocument* ParseToDocument(XERCES_CPP_NAMESPACE::XercesDOMParser* parser,

@@ -17,7 +17,9 @@
 #include "vantry/diagnostics/ScoringLog.h"
 #include "vantry/factory/FactoryInternals.h"
 #include "vantry/factory/QXXInputSource.h"
+#include "vantry/factory/ScoreModel.h"
 #include "vantry/factory/ScoreSAX2Handlers.h"
+#include "vantry/transform/TransformationDictionary.h"
 #include "vantry/translate/BaseTranslator.h"
 #include "vantry/translate/PMMLModelTags.h"
 #include "vantry/translate/XMLText.h"
@@ -87,34 +89,117 @@ const RootDispatch kRootDispatch[] = {
     {u"SequentialAssociationLattice", RootAction::kSearchName},
 };
 
-// The model of a parsed document, chosen by its root tag.
-ScoreModel* DispatchOnRoot(std::vector<std::string> const& modelNames, DOMDocument* document,
-                           XercesDOMParser* parser, std::string const& encoding) {
+// The document's root element, which must exist and have a name.
+DOMElement* DocumentRoot(DOMDocument* document) {
     DOMElement* root = document->getDocumentElement();
     if (root == nullptr)
         ThrowCodedError(260110);
     XMLCh const* tag = root->getTagName();
     if (tag == nullptr || *tag == 0)
         ThrowCodedError(260112);
+    return root;
+}
 
+RootDispatch const* FindRootDispatch(DOMElement* root) {
     for (RootDispatch const& entry : kRootDispatch) {
-        if (XMLString::compareString(tag, entry.tag) != 0)
-            continue;
-        switch (entry.action) {
-            case RootAction::kSearchName:
-                return GetLibraryPath(modelNames, root, false, std::string(), document, parser, encoding);
-            case RootAction::kKromML: {
-                DOMNodeList* regression = root->getElementsByTagName(u"regression-model");
-                const bool isRegression = regression != nullptr && regression->getLength() > 0;
-                return GetLibraryPath(modelNames, root, isRegression,
-                                      isRegression ? "GeneralRegressionModel" : std::string(), document,
-                                      parser, encoding);
-            }
-            case RootAction::kTreeModel:
-                return GetLibraryPath(modelNames, root, true, "TreeModel", document, parser, encoding);
-        }
+        if (XMLString::compareString(root->getTagName(), entry.tag) == 0)
+            return &entry;
     }
-    ThrowCodedError(260301, {NarrowText(tag)});
+    return nullptr;
+}
+
+// The model of a parsed document, chosen by its root tag.
+ScoreModel* DispatchOnRoot(std::vector<std::string> const& modelNames, DOMDocument* document,
+                           XercesDOMParser* parser, std::string const& encoding) {
+    DOMElement* root = DocumentRoot(document);
+    RootDispatch const* entry = FindRootDispatch(root);
+    if (entry == nullptr)
+        ThrowCodedError(260301, {NarrowText(root->getTagName())});
+    switch (entry->action) {
+        case RootAction::kSearchName:
+            break;
+        case RootAction::kKromML: {
+            DOMNodeList* regression = root->getElementsByTagName(u"regression-model");
+            if (regression != nullptr && regression->getLength() > 0)
+                return GetLibraryPath(modelNames, root, true, "GeneralRegressionModel", document, parser,
+                                      encoding);
+            break;
+        }
+        case RootAction::kTreeModel:
+            return GetLibraryPath(modelNames, root, true, "TreeModel", document, parser, encoding);
+    }
+    return GetLibraryPath(modelNames, root, false, std::string(), document, parser, encoding);
+}
+
+// Scans the stream for a nearest-neighbour model, then rewinds it for what follows.
+bool HoldsNearestNeighborModel(std::istream& stream) {
+    const bool found = ScanForElement(PMMLModelTags::XML_ELE_KNNMODEL, stream);
+    if (!stream.bad()) {
+        stream.clear();
+        stream.seekg(0);
+    }
+    return found;
+}
+
+// That translator reads the stream itself: no DOM is built, and it gets no encoding.
+ScoreModel* MakeNearestNeighborModel(std::vector<std::string> const& modelNames, std::istream& stream,
+                                     std::string const& auxiliaryPath) {
+    ScoreModel* model = nullptr;
+    std::unique_ptr<ScoreTranslator> translator(
+        GetTranslatorByName(modelNames, PMMLModelTags::XML_ELE_KNNMODEL));
+    if (auto* base = dynamic_cast<BaseTranslator*>(translator.get()))
+        model = base->ParseFromTree(stream, std::string(), auxiliaryPath);
+    translator.reset();
+    ScoringLog::GetInstance()->TraceText(1, "Make Model End");
+    return model;
+}
+
+// The document route for a caller with a data dictionary. Under a root the dispatch does not know, the
+// parser is kept on success: the model may hold pointers into its DOM, and nothing tells when the model
+// is done with them.
+ScoreModel* MakeModelOverDictionary(std::istream& stream, ScoreDictionary* dictionary,
+                                    std::vector<std::string> const& modelNames, std::string const& encoding) {
+    std::unique_ptr<XercesDOMParser> parser(CreateDocumentParser());
+    parser->setDoSchema(false);
+    DOMDocument* document = ParseToDocument(parser.get(), stream);
+    DOMElement* root = DocumentRoot(document);
+    RootDispatch const* entry = FindRootDispatch(root);
+    if (entry != nullptr && XMLString::compareString(entry->tag, u"PMML") != 0)
+        return DispatchOnRoot(modelNames, document, parser.get(), encoding);
+    ScoreModel* model =
+        GetLibraryPath(modelNames, dictionary, root, std::string(), document, parser.get(), encoding);
+    if (entry == nullptr)
+        static_cast<void>(parser.release());
+    return model;
+}
+
+// The model of one element of a host's DOM, named by the element. The name is looked up in the
+// caller's catalogue, or in the process catalogue if the caller's is empty.
+template <typename Parse>
+ScoreModel* MakeModelFromHostNode(void* modelElement, std::vector<std::string> const& modelNames,
+                                  Parse parse) {
+    XercesInitGuard guard;
+    TraceEnter(kMakeModelFromXMLName);
+    if (modelElement == nullptr)
+        return nullptr;
+    auto* node = static_cast<DOMNode*>(modelElement);
+    std::string modelName = NarrowText(node->getNodeName());
+    if (modelName == PMMLModelTags::XML_ELE_DECISIONTREE)
+        modelName = PMMLModelTags::XML_ELE_TREEMODEL;
+    else if (modelName == PMMLModelTags::XML_ELE_REGRESSION)
+        modelName = "RegressionModel";
+    ScoringLog::GetInstance()->TraceText(2, "Model name is :%s", modelName.c_str());
+    const std::vector<std::string> names = modelNames.empty() ? ModelFactory::fModelNames : modelNames;
+    ScoreModel* model = parse(names, modelName, dynamic_cast<DOMElement*>(node));
+    ScoringLog::GetInstance()->TraceText(1, "Exit:%s", kMakeModelFromXMLName);
+    return model;
+}
+
+// The translator of a model that shares its dictionaries with the caller. It is not deleted: the model
+// may go on using what the translator owns, its transcoder first of all.
+ScoreTranslator* TranslatorKeptForModel(std::vector<std::string> const& modelNames,
+                                        std::string const& modelName) {
+    return GetTranslatorByName(modelNames, modelName);
 }
 
 }  // namespace
@@ -218,23 +303,8 @@ ScoreModel* ModelFactory::MakeModelFromXML(std::istream& stream, std::vector<std
     XercesInitGuard guard;
     AdoptModelNames(modelNames);
 
-    const bool nearestNeighbor = ScanForElement(PMMLModelTags::XML_ELE_KNNMODEL, stream);
-    if (!stream.bad()) {
-        stream.clear();
-        stream.seekg(0);
-    }
-    if (nearestNeighbor) {
-        // That translator reads the stream itself: no DOM is built.
-        ScoreModel* model = nullptr;
-        std::unique_ptr<ScoreTranslator> translator(
-            GetTranslatorByName(modelNames, PMMLModelTags::XML_ELE_KNNMODEL));
-        if (auto* base = dynamic_cast<BaseTranslator*>(translator.get())) {
-            model = base->ParseFromTree(stream, std::string(), auxiliaryPath);
-        }
-        translator.reset();
-        ScoringLog::GetInstance()->TraceText(1, "Make Model End");
-        return model;
-    }
+    if (HoldsNearestNeighborModel(stream))
+        return MakeNearestNeighborModel(modelNames, stream, auxiliaryPath);
 
     // The parser owns the document; it goes, with the DOM, on every way out of this scope.
     std::unique_ptr<XercesDOMParser> parser(CreateDocumentParser());
@@ -275,6 +345,65 @@ ScoreModel* ModelFactory::MakeModelFromXML(std::string const& pmmlPath, std::str
 ScoreModel* ModelFactory::MakeModelFromXML(std::string const& pmmlPath, std::string const& catalogPath,
                                            std::string const& encoding) {
     return MakeModelFromXML(pmmlPath, catalogPath, encoding, std::string());
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(std::istream& stream, ScoreDictionary* dictionary,
+                                           std::vector<std::string> const& modelNames,
+                                           std::string const& encoding) {
+    TraceEnter(kMakeModelFromXMLName);
+    XercesInitGuard guard;
+    AdoptModelNames(modelNames);
+    if (HoldsNearestNeighborModel(stream))
+        return MakeNearestNeighborModel(modelNames, stream, std::string());
+    return MakeModelOverDictionary(stream, dictionary, modelNames, encoding);
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(void* modelElement, std::vector<std::string> const& modelNames,
+                                           ScoreModel* parentModel, std::string const& encoding) {
+    return MakeModelFromHostNode(
+        modelElement, modelNames,
+        [&](std::vector<std::string> const& names, std::string const& modelName,
+            DOMElement* element) -> ScoreModel* {
+            std::unique_ptr<ScoreTranslator> translator(GetTranslatorByName(names, modelName));
+            if (!translator)
+                return nullptr;
+            return translator->ParseFromTree(element, parentModel, encoding);
+        });
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(void* modelElement, std::vector<std::string> const& modelNames,
+                                           ScoreDictionary* dictionary, ScoreDictionary* secondDictionary,
+                                           std::string const& encoding) {
+    return MakeModelFromHostNode(modelElement, modelNames,
+                                 [&](std::vector<std::string> const& names, std::string const& modelName,
+                                     DOMElement* element) -> ScoreModel* {
+                                     ScoreTranslator* translator = TranslatorKeptForModel(names, modelName);
+                                     if (translator == nullptr)
+                                         return nullptr;
+                                     return translator->ParseFromTree(element, dictionary, secondDictionary,
+                                                                      encoding);
+                                 });
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(ScoreModel* parentModel, DOMElement* modelElement,
+                                           std::vector<std::string> const& modelNames,
+                                           std::string const& encoding, bool supportOldParser) {
+    TransformationDictionary* transformation = nullptr;
+    ScoreDictionary const* dictionary = nullptr;
+    if (parentModel != nullptr) {
+        transformation = parentModel->GetTransformationDictionary();
+        dictionary = parentModel->GetDictionary();
+    }
+    // The parent's data dictionary is handed on as the translator's slot takes it; the sub-model only
+    // reads it.
+    return GetLibraryPath(modelElement, const_cast<ScoreDictionary*>(dictionary), transformation, modelNames,
+                          encoding, supportOldParser);
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(DOMElement* first, DOMElement* second, DOMElement* modelElement,
+                                           std::vector<std::string> const& modelNames,
+                                           std::string const& encoding, bool supportOldParser) {
+    return GetLibraryPath(modelNames, first, second, modelElement, encoding, supportOldParser);
 }
 
 }  // namespace QXVantry_920

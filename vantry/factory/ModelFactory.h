@@ -13,10 +13,17 @@
 #include <string>
 #include <vector>
 
+#include <xercesc/util/XercesDefs.hpp>
+
 #include "vantry/Export.h"
+
+XERCES_CPP_NAMESPACE_BEGIN
+class DOMElement;
+XERCES_CPP_NAMESPACE_END
 
 namespace QXVantry_920 {
 
+class ScoreDictionary;
 class ScoreModel;
 
 class VANTRY_EXPORT ModelFactory {
@@ -44,6 +51,35 @@ class VANTRY_EXPORT ModelFactory {
                                         std::string const& encoding, std::string const& auxiliaryPath);
     static ScoreModel* MakeModelFromXML(std::string const& pmmlPath, std::string const& catalogPath,
                                         std::string const& encoding);
+
+    // As the main route, handing the translator a data dictionary already read; the nearest-neighbour
+    // translator gets no encoding. Under a root that is not one of the known ones, the first catalogue
+    // name found in the document decides, and the document stays alive for the model's use.
+    static ScoreModel* MakeModelFromXML(std::istream& stream, ScoreDictionary* dictionary,
+                                        std::vector<std::string> const& modelNames,
+                                        std::string const& encoding);
+
+    // Routes for a host that holds the DOM, which stays the host's. The model name is the element's node
+    // name ("DecisionTree" serves "TreeModel", "Regression" "RegressionModel" on the void* routes),
+    // looked up in modelNames or, if that is empty, in fModelNames. modelElement is a
+    // xercesc::DOMNode*; a null one gives null. The second form's translator is not deleted, since its
+    // model may go on using it.
+    static ScoreModel* MakeModelFromXML(void* modelElement, std::vector<std::string> const& modelNames,
+                                        ScoreModel* parentModel, std::string const& encoding);
+    static ScoreModel* MakeModelFromXML(void* modelElement, std::vector<std::string> const& modelNames,
+                                        ScoreDictionary* dictionary, ScoreDictionary* secondDictionary,
+                                        std::string const& encoding);
+    // A sub-model sharing the parent's data and transformation dictionaries, and a model from three
+    // elements; the element's node name is the model name as it stands, without a catalogue test.
+    static ScoreModel* MakeModelFromXML(ScoreModel* parentModel,
+                                        XERCES_CPP_NAMESPACE::DOMElement* modelElement,
+                                        std::vector<std::string> const& modelNames,
+                                        std::string const& encoding, bool supportOldParser);
+    static ScoreModel* MakeModelFromXML(XERCES_CPP_NAMESPACE::DOMElement* first,
+                                        XERCES_CPP_NAMESPACE::DOMElement* second,
+                                        XERCES_CPP_NAMESPACE::DOMElement* modelElement,
+                                        std::vector<std::string> const& modelNames,
+                                        std::string const& encoding, bool supportOldParser);
 
     // Set by Initialize; never cleared.
     static bool fInitialized;

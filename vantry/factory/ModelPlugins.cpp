@@ -64,6 +64,35 @@ std::string FindModelName(std::vector<std::string> const& modelNames, DOMElement
     ThrowCodedError(260301, {""});
 }
 
+void TraceGetLibraryPath() {
+    ScoringLog::GetInstance()->TraceText(1, "Enter:%s", kGetLibraryPathName);
+}
+
+// The common end of the document and element routes: the family's translator builds the model with
+// the call given and is deleted, also when the call throws.
+template <typename Call>
+ScoreModel* BuildModel(std::vector<std::string> const& modelNames, std::string const& modelName, Call call) {
+    ScoreModel* model = nullptr;
+    if (std::unique_ptr<ScoreTranslator> translator = ObtainTranslator(modelNames, modelName))
+        model = call(*translator);
+    ScoringLog::GetInstance()->TraceText(1, "Make Model End.");
+    return model;
+}
+
+// The element routes: the element's node name is the model name, as it stands, and the translator is
+// told first whether it may read the older layout. A null element loads nothing.
+template <typename Call>
+ScoreModel* BuildFromElement(std::vector<std::string> const& modelNames, DOMElement* modelElement,
+                             bool supportOldParser, Call call) {
+    TraceGetLibraryPath();
+    if (modelElement == nullptr)
+        return nullptr;
+    return BuildModel(modelNames, NarrowText(modelElement->getNodeName()), [&](ScoreTranslator& translator) {
+        translator.SetSupportOldParser(supportOldParser);
+        return call(translator);
+    });
+}
+
 }  // namespace
 
 ScoreTranslator* GetTranslatorByName(std::vector<std::string> const& modelNames,
@@ -77,15 +106,38 @@ ScoreTranslator* GetTranslatorByName(std::vector<std::string> const& modelNames,
 ScoreModel* GetLibraryPath(std::vector<std::string> const& modelNames, DOMElement* root, bool nameGiven,
                            std::string modelName, DOMDocument* document, XercesDOMParser*,
                            std::string const& encoding) {
-    ScoringLog::GetInstance()->TraceText(1, "Enter:%s", kGetLibraryPathName);
+    TraceGetLibraryPath();
     if (!nameGiven)
         modelName = FindModelName(modelNames, root);
-    ScoreModel* model = nullptr;
-    if (std::unique_ptr<ScoreTranslator> translator = ObtainTranslator(modelNames, modelName)) {
-        model = translator->ParseFromTree(document, encoding);
-    }
-    ScoringLog::GetInstance()->TraceText(1, "Make Model End.");
-    return model;
+    return BuildModel(modelNames, modelName, [&](ScoreTranslator& translator) {
+        return translator.ParseFromTree(document, encoding);
+    });
+}
+
+ScoreModel* GetLibraryPath(std::vector<std::string> const& modelNames, ScoreDictionary* dictionary,
+                           DOMElement* root, std::string, DOMDocument* document, XercesDOMParser*,
+                           std::string const& encoding) {
+    TraceGetLibraryPath();
+    return BuildModel(modelNames, FindModelName(modelNames, root), [&](ScoreTranslator& translator) {
+        // The slot exists from BaseTranslator on, and every plug-in's translator derives from it.
+        auto* base = dynamic_cast<BaseTranslator*>(&translator);
+        return base == nullptr ? nullptr : base->ParseFromTree(document, dictionary, encoding);
+    });
+}
+
+ScoreModel* GetLibraryPath(DOMElement* modelElement, ScoreDictionary* dictionary,
+                           ScoreDictionary* secondDictionary, std::vector<std::string> modelNames,
+                           std::string encoding, bool supportOldParser) {
+    return BuildFromElement(modelNames, modelElement, supportOldParser, [&](ScoreTranslator& translator) {
+        return translator.ParseFromTree(modelElement, dictionary, secondDictionary, encoding);
+    });
+}
+
+ScoreModel* GetLibraryPath(std::vector<std::string> const& modelNames, DOMElement* first, DOMElement* second,
+                           DOMElement* modelElement, std::string encoding, bool supportOldParser) {
+    return BuildFromElement(modelNames, modelElement, supportOldParser, [&](ScoreTranslator& translator) {
+        return translator.ParseFromTree(first, second, modelElement, encoding);
+    });
 }
 
 }  // namespace QXVantry_920

@@ -172,6 +172,23 @@ class VANTRY_EXPORT PMMLTranslator : public BaseTranslator {
                                bool typeDeclared);
     void HandleTarget(XERCES_CPP_NAMESPACE::DOMElement* target, ScoreDictionary* dictionary);
     void HandleCategoricalTarget(XERCES_CPP_NAMESPACE::DOMElement* target, ScoreDictVar* variable);
+
+    // Predicates (PMMLPredicates.cpp). A field is looked up in the dictionary, then in the second one
+    // (the derived fields, may be null). With `scaleOrdinal`, an ordinal numeric field is split by
+    // ranges rather than by categories. Each answers a new predicate that the caller owns.
+  public:
+    class SimplePredicate* ParsePredicate(XERCES_CPP_NAMESPACE::DOMNode* node,
+                                          ScoreDictionary const* dictionary,
+                                          ScoreDictionary const* secondDictionary, bool scaleOrdinal);
+    // Null, without an error, for a field that is neither nominal nor ordinal.
+    class SetPredicate* ParseSetPredicate(XERCES_CPP_NAMESPACE::DOMNode* node,
+                                          ScoreDictionary const* dictionary,
+                                          ScoreDictionary const* secondDictionary);
+    // A compound of one child is that child; a compound of none is null, or the constant that an "and"
+    // of "True" or an "or" of "False" children leaves.
+    class ScorePredicate* ParseCompoundPredicate(XERCES_CPP_NAMESPACE::DOMNode* node,
+                                                 ScoreDictionary const* dictionary,
+                                                 ScoreDictionary const* secondDictionary, bool scaleOrdinal);
 };
 
 }  // namespace QXVantry_920

@@ -54,6 +54,17 @@ class OwnedPointers {
         return true;
     }
 
+    // Takes the item itself out without deleting it; false when it is not held.
+    bool Release(T const* item) {
+        for (auto it = fItems.begin(); it != fItems.end(); ++it) {
+            if (*it == item) {
+                fItems.erase(it);
+                return true;
+            }
+        }
+        return false;
+    }
+
     // Whether an element equals the item under the element's operator==; false for null.
     bool ContainsEqual(T const* item) const {
         return item != nullptr && FindFirst([item](T const& held) { return held == *item; }) != nullptr;
