@@ -25,6 +25,7 @@ namespace QXVantry_920 {
 
 class ScoreDictionary;
 class ScoreModel;
+class TransformationDictionary;
 
 class VANTRY_EXPORT ModelFactory {
   public:
@@ -85,6 +86,18 @@ class VANTRY_EXPORT ModelFactory {
     static bool fInitialized;
     // The process-wide catalogue, in catalogue order, duplicates kept.
     static std::vector<std::string> fModelNames;
+
+    // The derived fields of a PMML document, with no plug-in: the data dictionary goes to `dictionary`
+    // as soon as it is read, the transformation dictionary is returned, set up for evaluation; both
+    // belong to the caller. Null, with `dictionary` untouched, for a root other than "PMML"; null too
+    // when there is no "DerivedField". 260114 without a "DataDictionary" or "TransformationDictionary".
+    static TransformationDictionary* GetTransformationDictionaryFromXML(std::istream& stream,
+                                                                        ScoreDictionary*& dictionary,
+                                                                        std::string const& encoding);
+    // The same from a file; 260103 when it cannot be opened.
+    static TransformationDictionary* GetTransformationDictionaryFromXML(std::string const& pmmlPath,
+                                                                        ScoreDictionary*& dictionary,
+                                                                        std::string const& encoding);
 };
 
 }  // namespace QXVantry_920

@@ -58,6 +58,11 @@ class VANTRY_EXPORT InlineTable {
     std::int32_t fInfoCode;
     // Scratch of the lookup key, kept so that a lookup allocates nothing after the first case.
     std::vector<ScoreValue*> fKey;
+    // The input fields' names, their variables as bound to the dictionaries of the first lookup (a copy
+    // binds to its own), and their record slots; -1 until found.
+    std::vector<std::string> fInputNames;
+    std::vector<ScoreDictVar const*> fBound;
+    std::vector<int> fInputIndexes;
 };
 
 }  // namespace QXVantry_920

@@ -49,6 +49,11 @@ class VANTRY_EXPORT MapValues {
     TransformVar* fOwner;
     std::unique_ptr<ScoreValue> fMapMissingTo;
     std::unique_ptr<ScoreValue> fDefaultValue;
+    // The input fields' names in pair order, bound to the dictionaries of the first lookup, and the
+    // record slot of a single input found by name.
+    std::vector<std::string> fInputNames;
+    bool fBound;
+    int fInputIndex;
 };
 
 }  // namespace QXVantry_920

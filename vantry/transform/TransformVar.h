@@ -8,6 +8,7 @@
 
 #include <deque>
 #include <map>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -55,7 +56,7 @@ class VANTRY_EXPORT TransformVar : public DictVar {
     ScoreValue const* GetEncodedValue(ScoreDictVar const* source, ScoreValue const* value);
     double GetNormValue(double x);
 
-    // Setters of the parsers. Pointer setters take the object over.
+    // Setters of the parsers. Pointer setters take the object over and delete the one they replace.
     void AddFieldNameAndTransExpression(std::string const& fieldName, TransExpression expression);
     void SetConstString(std::string const& text);
     std::string const& GetConstString() const;
@@ -64,7 +65,6 @@ class VANTRY_EXPORT TransformVar : public DictVar {
     void SetRoot(FunctionTree* root);
     FunctionTree const* GetRoot() const;
     void SetLags(int count, std::vector<ScoreDictVar const*> blockVariables);
-    // Deletes a table set before.
     void SetMapValues(MapValues* mapValues);
     MapValues const* GetMapValues() const;
     void AddEncodingMap(ScoreValue* value, ScoreValue* result);
@@ -108,6 +108,20 @@ class VANTRY_EXPORT TransformVar : public DictVar {
     double CalculateNormAsMissingValues(double x);
     bool IsOutOfContRange(double x);
 
+    // The per-depth scratch of the function-tree walk (numbers, kept values and texts of one node).
+    struct ApplyFrame;
+    ScoreValue const* TraverseLeaf(FunctionTree* node, ScoreCaseRecord const* record,
+                                   ScoreDictionary const* dictionary, ScoreDictionary const* transformations);
+    ScoreValue const* TraverseInner(FunctionTree* node, ApplyFrame& frame, ScoreCaseRecord const* record,
+                                    ScoreDictionary const* dictionary,
+                                    ScoreDictionary const* transformations);
+    ScoreValue const* ReadSource(ScoreCaseRecord const* record);
+    void ResolveSource(ScoreDictionary const* dictionary, ScoreDictionary const* transformations);
+    ScoreValue const* BlockValue(size_t block, ScoreCaseRecord const* record,
+                                 ScoreDictionary const* dictionary, ScoreDictionary const* transformations);
+    void ResetScratch(VariableType type);
+    void FreeOwned();
+
     std::string fFieldName;
     TransExpression fExpression;
     std::vector<std::pair<ScoreValueRange*, ScoreValue*>> fBins;
@@ -140,6 +154,23 @@ class VANTRY_EXPORT TransformVar : public DictVar {
     std::deque<ScoreValue*> fHistory;
     std::vector<ScoreDictVar const*> fBlockVariables;
     std::vector<std::deque<ScoreValue*>> fBlockHistories;
+
+    // Evaluation caches, none of them copied: the source when it is itself derived, the record on which
+    // the source field was last found absent (with that record's size), the block fields' record slots,
+    // the lag rings' heads, the walk's scratch frames with the current depth, and the guard against
+    // evaluating re-entrantly.
+    TransformVar* fSourceDerived;
+    bool fSourceResolved;
+    ScoreCaseRecord const* fAbsentRecord;
+    int fAbsentRecordSize;
+    std::vector<std::string> fBlockNames;
+    // The histories are rings once full: the position of the oldest value in each.
+    size_t fHistoryHead;
+    std::vector<size_t> fBlockHeads;
+    std::vector<int> fBlockIndexes;
+    std::vector<std::unique_ptr<ApplyFrame>> fFrames;
+    size_t fDepth;
+    bool fEvaluating;
 };
 
 }  // namespace QXVantry_920

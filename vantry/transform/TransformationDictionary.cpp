@@ -2,6 +2,8 @@
 
 #include <memory>
 
+#include "vantry/transform/TransformVar.h"
+
 #include "vantry/values/DateTimeValue.h"
 #include "vantry/values/ScoreCaseRecord.h"
 #include "vantry/values/ScoreValue.h"
@@ -39,6 +41,31 @@ ScoreDictVar::DateTimeType RecordTypeOf(DateTimeValue::DateTimeValType type) {
     }
 }
 
+void MarkComputed(std::vector<bool>& computed, ScoreDictVar const* variable) {
+    if (variable == nullptr) {
+        return;
+    }
+    int index = variable->GetValueIndex();
+    if (index >= 0 && static_cast<size_t>(index) < computed.size()) {
+        computed[static_cast<size_t>(index)] = true;
+    }
+}
+
+// Writes a derived value into its slot by the value's kind: a number, a date-time with its kind, or text
+// (text only once the record is set up).
+bool WriteValue(CaseRecord& record, int slot, ScoreValue const& value, bool textAllowed) {
+    switch (ScoreValue::TypeOf(value)) {
+        case ScoreValue::NUMERIC_VALUE:
+            return record.SetValue(slot, value.GetDouble());
+        case ScoreValue::DATETIME_VALUE: {
+            auto& date = const_cast<DateTimeValue&>(static_cast<DateTimeValue const&>(value));
+            return record.SetValue(slot, value.GetDouble(), RecordTypeOf(date.GetDateTimeType()));
+        }
+        default:
+            return textAllowed && record.SetValue(slot, ScoreValue::TextOf(value));
+    }
+}
+
 }  // namespace
 
 TransformationDictionary::TransformationDictionary()
@@ -66,6 +93,8 @@ TransformationDictionary& TransformationDictionary::operator=(TransformationDict
         fComputed = other.fComputed;
         fDerivedNames = other.fDerivedNames;
         fSetUp = other.fSetUp;
+        fOrder.clear();
+        fOrderValid = false;
     }
     return *this;
 }
@@ -103,6 +132,38 @@ void TransformationDictionary::SetUpDerivedCaseRecord() {
     fDerivedRecord = derived.release();
     fInitialRecord = initial.release();
     fSetUp = true;
+    fOrderValid = false;
+}
+
+ScoreCaseRecord const* TransformationDictionary::GetValuesForDerivedVars(ScoreCaseRecord const* record,
+                                                                         ScoreDictionary const* dictionary) {
+    if (record == nullptr) {
+        return fDerivedRecord;
+    }
+    Reset();
+    if (!fOrderValid) {
+        // Resolved by name once; any change of the variables or names resolves again.
+        fOrder.clear();
+        for (std::string const& name : fDerivedNames) {
+            // A variable of another kind than TransformVar has no expression and is passed over.
+            auto* variable = dynamic_cast<TransformVar*>(GetVar(name));
+            fOrder.emplace_back(variable, fDerivedRecord != nullptr ? fDerivedRecord->GetIndex(name) : -1);
+        }
+        fOrderValid = true;
+    }
+    for (size_t i = 0; i < fOrder.size(); ++i) {
+        TransformVar* variable = fOrder[i].first;
+        if (variable == nullptr || IsVarValueComputed(variable)) {
+            continue;
+        }
+        ScoreValue const* value = variable->GetTransformedValue(record, dictionary, this);
+        if (value == nullptr || fDerivedRecord == nullptr) {
+            AddVarCaseValue(variable, fDerivedNames[i], value);
+        } else if (WriteValue(*fDerivedRecord, fOrder[i].second, *value, fSetUp)) {
+            MarkComputed(fComputed, variable);
+        }
+    }
+    return fDerivedRecord;
 }
 
 bool TransformationDictionary::IsVarValueComputed(ScoreDictVar const* variable) const {
@@ -124,6 +185,22 @@ std::vector<std::string> TransformationDictionary::GetDerivedVarNames() {
 
 void TransformationDictionary::AddDerievedVarName(std::string const& name) {
     fDerivedNames.push_back(name);
+    fOrderValid = false;
+}
+
+bool TransformationDictionary::AddVar(ScoreDictionary const* other) {
+    fOrderValid = false;
+    return BaseDictionary::AddVar(other);
+}
+
+bool TransformationDictionary::AddVar(std::string const& name, ScoreDictVar* var) {
+    fOrderValid = false;
+    return BaseDictionary::AddVar(name, var);
+}
+
+bool TransformationDictionary::RemoveVar(std::string const& name) {
+    fOrderValid = false;
+    return BaseDictionary::RemoveVar(name);
 }
 
 void TransformationDictionary::Reset() {
@@ -132,41 +209,18 @@ void TransformationDictionary::Reset() {
 
 void TransformationDictionary::AddVarCaseValue(ScoreDictVar const* variable, std::string const& name,
                                                ScoreValue const* value) {
+    if (fDerivedRecord == nullptr) {
+        return;
+    }
     if (variable == nullptr || value == nullptr) {
-        if (fDerivedRecord != nullptr) {
-            fDerivedRecord->Remove(name);
-            fDerivedRecord->Add(name, nullptr);
-        }
+        fDerivedRecord->Remove(name);
+        fDerivedRecord->Add(name, nullptr);
         return;
     }
-    switch (ScoreValue::TypeOf(*value)) {
-        case ScoreValue::NUMERIC_VALUE:
-            AddVarCaseValue(variable, name, value->GetDouble());
-            break;
-        case ScoreValue::DATETIME_VALUE:
-            AddVarCaseValue(
-                variable, name, value->GetDouble(),
-                const_cast<DateTimeValue*>(static_cast<DateTimeValue const*>(value))->GetDateTimeType());
-            break;
-        default:
-            AddVarCaseValue(variable, name, ScoreValue::TextOf(*value));
-            break;
+    if (WriteValue(*fDerivedRecord, fDerivedRecord->GetIndex(name), *value, fSetUp)) {
+        MarkComputed(fComputed, variable);
     }
 }
-
-namespace {
-
-void MarkComputed(std::vector<bool>& computed, ScoreDictVar const* variable) {
-    if (variable == nullptr) {
-        return;
-    }
-    int index = variable->GetValueIndex();
-    if (index >= 0 && static_cast<size_t>(index) < computed.size()) {
-        computed[static_cast<size_t>(index)] = true;
-    }
-}
-
-}  // namespace
 
 void TransformationDictionary::AddVarCaseValue(ScoreDictVar const* variable, std::string const& name,
                                                double number) {

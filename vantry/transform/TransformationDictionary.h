@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "vantry/Export.h"
@@ -21,6 +22,7 @@ class ScoreCaseRecord;
 class ScoreValue;
 class ScoreValueLabel;
 class StringValue;
+class TransformVar;
 
 class VANTRY_EXPORT TransformationDictionary : public BaseDictionary {
   public:
@@ -129,6 +131,11 @@ class VANTRY_EXPORT TransformationDictionary : public BaseDictionary {
     TransformationDictionary& operator=(TransformationDictionary const& other);
     ~TransformationDictionary() override;
 
+    // As the base dictionary's; they also drop the cached evaluation order.
+    bool AddVar(ScoreDictionary const* other) override;
+    bool AddVar(std::string const& name, ScoreDictVar* var) override;
+    bool RemoveVar(std::string const& name) override;
+
     // The derived values of one case, in the dictionary's own record, overwritten by the next call.
     // A null record computes nothing and returns the record as it stands.
     ScoreCaseRecord const* GetValuesForDerivedVars(ScoreCaseRecord const* record,
@@ -225,6 +232,10 @@ class VANTRY_EXPORT TransformationDictionary : public BaseDictionary {
     std::vector<bool> fComputed;
     std::vector<std::string> fDerivedNames;
     bool fSetUp;
+    // The derived variables in evaluation order, with their record slots, resolved at the first case
+    // after a change of the variables so that a case looks no name up.
+    std::vector<std::pair<TransformVar*, int>> fOrder;
+    bool fOrderValid = false;
 };
 
 }  // namespace QXVantry_920

@@ -1,0 +1,1 @@
+#include "plugins/common/FamilyResult.h"

@@ -1,0 +1,1 @@
+#include "plugins/common/ModelTargets.h"
