@@ -73,7 +73,9 @@ bool IsVote(CombineMethod method) {
 
 SegmentCombiner::SegmentCombiner(CombineMethod method, MissingTreatment treatment, double missingThreshold,
                                  int categoryCount, int segmentCount)
-    : fMethod(method), fTreatment(treatment), fMissingThreshold(missingThreshold),
+    : fMethod(method),
+      fTreatment(treatment),
+      fMissingThreshold(missingThreshold),
       fCategoryCount(std::max(categoryCount, 0)) {
     const size_t segments = static_cast<size_t>(std::max(segmentCount, 1));
     fEntries.reserve(segments);
@@ -95,7 +97,7 @@ bool SegmentCombiner::SingleAnswer() const {
            fMethod == CombineMethod::kModelChain;
 }
 
-void SegmentCombiner::Record(SegmentOutcome const& outcome, double weight, int category) {
+void SegmentCombiner::Record(SegmentOutcome const& outcome, double weight, int category, int segment) {
     // A chain answers with its last segment: earlier answers only fed the later segments.
     if (fMethod == CombineMethod::kModelChain) {
         fEntries.clear();
@@ -107,10 +109,10 @@ void SegmentCombiner::Record(SegmentOutcome const& outcome, double weight, int c
         fProbabilities.insert(fProbabilities.end(), outcome.probabilities,
                               outcome.probabilities + fCategoryCount);
     }
-    fEntries.push_back(Entry{outcome.number, weight, category, offset});
+    fEntries.push_back(Entry{outcome.number, weight, category, segment, offset});
 }
 
-bool SegmentCombiner::Add(SegmentOutcome const& outcome, double weight) {
+bool SegmentCombiner::Add(SegmentOutcome const& outcome, double weight, int segment) {
     if (fStopped)
         return false;
     const double counted = IsWeighted(fMethod) ? weight : 1.0;
@@ -118,29 +120,29 @@ bool SegmentCombiner::Add(SegmentOutcome const& outcome, double weight) {
     if (!outcome.valid) {
         fMissingWeight += counted;
         switch (fTreatment) {
-        case MissingTreatment::kReturnMissing:
-            fDecidedMissing = true;
-            fStopped = true;
-            return false;
-        case MissingTreatment::kSkipSegment:
-            return true;
-        case MissingTreatment::kContinue:
-            if (IsVote(fMethod)) {
-                // A missing prediction is a vote of its own, which may win.
-                Record(outcome, counted, kMissingVote);
+            case MissingTreatment::kReturnMissing:
+                fDecidedMissing = true;
+                fStopped = true;
+                return false;
+            case MissingTreatment::kSkipSegment:
                 return true;
-            }
-            if (fMethod == CombineMethod::kModelChain) {
-                Record(outcome, counted, kMissingVote);
-                return true;
-            }
-            // Any other method takes the missing prediction as its answer.
-            fDecidedMissing = true;
-            fStopped = true;
-            return false;
+            case MissingTreatment::kContinue:
+                if (IsVote(fMethod)) {
+                    // A missing prediction is a vote of its own, which may win.
+                    Record(outcome, counted, kMissingVote, segment);
+                    return true;
+                }
+                if (fMethod == CombineMethod::kModelChain) {
+                    Record(outcome, counted, kMissingVote, segment);
+                    return true;
+                }
+                // Any other method takes the missing prediction as its answer.
+                fDecidedMissing = true;
+                fStopped = true;
+                return false;
         }
     }
-    Record(outcome, counted, outcome.category);
+    Record(outcome, counted, outcome.category, segment);
     if (fMethod == CombineMethod::kSelectFirst || fMethod == CombineMethod::kSelectAll) {
         fStopped = true;
         return false;
@@ -152,13 +154,17 @@ bool SegmentCombiner::Finish(CombinedOutcome& out) {
     out.valid = false;
     out.number = 0.0;
     out.category = -1;
+    out.segment = -1;
     out.probabilities.assign(static_cast<size_t>(fCategoryCount), 0.0);
     if (fDecidedMissing || fEntries.empty())
         return false;
     if (!SingleAnswer() && fTotalWeight > 0.0 && fMissingWeight / fTotalWeight > fMissingThreshold)
         return false;
-    if (SingleAnswer() && fEntries.back().category == kMissingVote)
-        return false;
+    if (SingleAnswer()) {
+        if (fEntries.back().category == kMissingVote)
+            return false;
+        out.segment = fEntries.back().segment;
+    }
     out.valid = Categorical() ? FinishCategory(out) : FinishNumber(out);
     return out.valid;
 }
@@ -177,36 +183,36 @@ bool SegmentCombiner::FinishNumber(CombinedOutcome& out) {
         weights += entry.weight;
     }
     switch (fMethod) {
-    case CombineMethod::kSelectFirst:
-    case CombineMethod::kSelectAll:
-    case CombineMethod::kModelChain:
-        out.number = fEntries.back().number;
-        return true;
-    case CombineMethod::kAverage:
-    case CombineMethod::kWeightedAverage:
-        if (weights == 0.0)
-            return false;
-        out.number = total / weights;
-        return true;
-    case CombineMethod::kSum:
-    case CombineMethod::kWeightedSum:
-        out.number = total;
-        return true;
-    case CombineMethod::kMedian:
-    case CombineMethod::kWeightedMedian:
-        fScratch.clear();
-        for (Entry const& entry : fEntries)
-            fScratch.emplace_back(entry.number, entry.weight);
-        out.number = MedianOfScratch(fMethod == CombineMethod::kWeightedMedian);
-        return true;
-    case CombineMethod::kMax:
-        out.number = fEntries.front().number;
-        for (Entry const& entry : fEntries)
-            out.number = std::max(out.number, entry.number);
-        return true;
-    case CombineMethod::kMajorityVote:
-    case CombineMethod::kWeightedMajorityVote:
-        break;
+        case CombineMethod::kSelectFirst:
+        case CombineMethod::kSelectAll:
+        case CombineMethod::kModelChain:
+            out.number = fEntries.back().number;
+            return true;
+        case CombineMethod::kAverage:
+        case CombineMethod::kWeightedAverage:
+            if (weights == 0.0)
+                return false;
+            out.number = total / weights;
+            return true;
+        case CombineMethod::kSum:
+        case CombineMethod::kWeightedSum:
+            out.number = total;
+            return true;
+        case CombineMethod::kMedian:
+        case CombineMethod::kWeightedMedian:
+            fScratch.clear();
+            for (Entry const& entry : fEntries)
+                fScratch.emplace_back(entry.number, entry.weight);
+            out.number = MedianOfScratch(fMethod == CombineMethod::kWeightedMedian);
+            return true;
+        case CombineMethod::kMax:
+            out.number = fEntries.front().number;
+            for (Entry const& entry : fEntries)
+                out.number = std::max(out.number, entry.number);
+            return true;
+        case CombineMethod::kMajorityVote:
+        case CombineMethod::kWeightedMajorityVote:
+            break;
     }
     // Votes need categories; the translator refuses them for a continuous target.
     return false;
@@ -235,33 +241,33 @@ double SegmentCombiner::MedianOfScratch(bool weighted) {
 
 bool SegmentCombiner::FinishCategory(CombinedOutcome& out) {
     switch (fMethod) {
-    case CombineMethod::kSelectFirst:
-    case CombineMethod::kSelectAll:
-    case CombineMethod::kModelChain: {
-        Entry const& entry = fEntries.back();
-        for (int c = 0; c < fCategoryCount; ++c)
-            out.probabilities[static_cast<size_t>(c)] = ProbabilityOf(entry, c);
-        out.category = entry.category;
-        return entry.category >= 0;
-    }
-    case CombineMethod::kMajorityVote:
-    case CombineMethod::kWeightedMajorityVote:
-        return Votes(out);
-    case CombineMethod::kAverage:
-    case CombineMethod::kWeightedAverage:
-        Sums(out, fMethod == CombineMethod::kWeightedAverage, true);
-        break;
-    case CombineMethod::kSum:
-    case CombineMethod::kWeightedSum:
-        Sums(out, fMethod == CombineMethod::kWeightedSum, false);
-        break;
-    case CombineMethod::kMedian:
-    case CombineMethod::kWeightedMedian:
-        Medians(out, fMethod == CombineMethod::kWeightedMedian);
-        break;
-    case CombineMethod::kMax:
-        out.category = Maximum(out);
-        return out.category >= 0;
+        case CombineMethod::kSelectFirst:
+        case CombineMethod::kSelectAll:
+        case CombineMethod::kModelChain: {
+            Entry const& entry = fEntries.back();
+            for (int c = 0; c < fCategoryCount; ++c)
+                out.probabilities[static_cast<size_t>(c)] = ProbabilityOf(entry, c);
+            out.category = entry.category;
+            return entry.category >= 0;
+        }
+        case CombineMethod::kMajorityVote:
+        case CombineMethod::kWeightedMajorityVote:
+            return Votes(out);
+        case CombineMethod::kAverage:
+        case CombineMethod::kWeightedAverage:
+            Sums(out, fMethod == CombineMethod::kWeightedAverage, true);
+            break;
+        case CombineMethod::kSum:
+        case CombineMethod::kWeightedSum:
+            Sums(out, fMethod == CombineMethod::kWeightedSum, false);
+            break;
+        case CombineMethod::kMedian:
+        case CombineMethod::kWeightedMedian:
+            Medians(out, fMethod == CombineMethod::kWeightedMedian);
+            break;
+        case CombineMethod::kMax:
+            out.category = Maximum(out);
+            return out.category >= 0;
     }
     out.category = ArgMax(out.probabilities);
     return out.category >= 0;

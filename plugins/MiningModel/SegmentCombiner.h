@@ -56,6 +56,8 @@ struct CombinedOutcome {
     bool valid = false;
     double number = 0.0;
     int category = -1;
+    // The segment whose answer was taken (select and chain methods); -1 for a combination.
+    int segment = -1;
     // One per category; meaningful for a categorical target only.
     std::vector<double> probabilities;
 };
@@ -73,7 +75,8 @@ class SegmentCombiner {
     void Begin();
     // Adds the outcome of a segment whose predicate holds. False when the rest of the segments cannot
     // change the answer (a first selection made, or a missing prediction that decides the case).
-    bool Add(SegmentOutcome const& outcome, double weight);
+    // `segment` is the segment's position, reported back for the select and chain methods.
+    bool Add(SegmentOutcome const& outcome, double weight, int segment);
     // The combined answer of the case; false (and `out.valid` false) for a missing one.
     bool Finish(CombinedOutcome& out);
 
@@ -85,12 +88,13 @@ class SegmentCombiner {
         double number;
         double weight;
         int category;
+        int segment;
         // Offset of the entry's probabilities in fProbabilities; -1 when the segment gave none.
         int probabilities;
     };
 
     double ProbabilityOf(Entry const& entry, int category) const;
-    void Record(SegmentOutcome const& outcome, double weight, int category);
+    void Record(SegmentOutcome const& outcome, double weight, int category, int segment);
     bool SingleAnswer() const;
     bool FinishNumber(CombinedOutcome& out);
     bool FinishCategory(CombinedOutcome& out);
