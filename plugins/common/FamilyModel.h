@@ -9,7 +9,10 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include <xercesc/util/XercesDefs.hpp>
 
 #include "plugins/common/FamilyCase.h"
 #include "plugins/common/MiningSchema.h"
@@ -19,9 +22,14 @@
 #include "vantry/values/ScoreCaseRecord.h"
 #include "vantry/values/ScoreDictionary.h"
 
+XERCES_CPP_NAMESPACE_BEGIN
+class DOMElement;
+XERCES_CPP_NAMESPACE_END
+
 namespace QXVantry_920 {
 
 class FamilyResult;
+class FamilyTranslator;
 class ModelContext;
 
 class FamilyModel : public BaseModel {
@@ -68,6 +76,11 @@ class FamilyModel : public BaseModel {
     friend class FamilyTranslator;
     friend class FamilyCase;
 
+    // Reads the schema, targets and output of the model element and lays out the records and the
+    // result dictionary; the family's model and dictionaries are in place.
+    void Install(ModelContext& context, XERCES_CPP_NAMESPACE::DOMElement* schema,
+                 FamilyTranslator& translator);
+
     // Prepare -> derived -> Evaluate -> targets; the status tells an invalid input.
     bool Run(ScoreCaseRecord const* record, Prediction& prediction, QXScore::QXStatus& status);
     void FillResult(Prediction const& prediction, FamilyResult& result);
@@ -90,6 +103,8 @@ class FamilyModel : public BaseModel {
     // Per flat slot: where its value comes from (prepared slot or derived slot).
     std::vector<FieldHandle> fFlatSources;
     Prediction fPrediction;
+    // Per result variable in column order: -1 for the predicted value, else the output's index.
+    std::vector<std::pair<std::string, int>> fResultColumns;
 };
 
 }  // namespace QXVantry_920

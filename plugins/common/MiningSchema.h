@@ -17,7 +17,7 @@ XERCES_CPP_NAMESPACE_END
 
 namespace QXVantry_920 {
 
-class BaseTranslator;
+class FamilyTranslator;
 class CaseRecord;
 class ScoreCaseRecord;
 class ScoreDictionary;
@@ -53,7 +53,14 @@ class MiningSchema {
 
     // Reads the "MiningField" children of the element against the model's input variables. An active
     // field that the inputs lack fails 260124; a bad treatment text 260152.
-    void Read(XERCES_CPP_NAMESPACE::DOMElement* schema, ScoreDictionary* inputs, BaseTranslator& translator);
+    void Read(XERCES_CPP_NAMESPACE::DOMElement* schema, ScoreDictionary* inputs,
+              FamilyTranslator& translator);
+    // The name of the first target field of a "MiningSchema" element; empty for none.
+    static std::string FirstTarget(XERCES_CPP_NAMESPACE::DOMElement* schema, FamilyTranslator& translator);
+    // The names of the prepared slots, in slot order: the inputs' variables in declaration order, once
+    // each. AssignSlots sets each variable's value index to its slot.
+    static std::vector<std::string> SlotNames(ScoreDictionary const* inputs);
+    static void AssignSlots(ScoreDictionary* inputs);
 
     std::vector<Field> const& Fields() const { return fFields; }
     Field const* Find(std::string const& name) const;
@@ -69,7 +76,15 @@ class MiningSchema {
     bool Prepare(ScoreCaseRecord const* input, CaseRecord& prepared);
 
   private:
-    struct Slot;
+    struct Slot {
+        ScoreDictVar* variable;
+        Field const* field;
+        // The slot of the variable in the input layout last seen; -1 for none.
+        int input;
+    };
+    // The treated value of one slot.
+    bool PrepareSlot(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared) const;
+
     std::vector<Field> fFields;
     // Per prepared slot: its variable, its field (or null) and the input slot resolved for the layout
     // last seen.

@@ -21,7 +21,7 @@ namespace QXVantry_920 {
 class BaseDictionary;
 class CaseRecord;
 class FamilyResult;
-class PMMLTranslator;
+class FamilyTranslator;
 class ScoreDictionary;
 class TransformationDictionary;
 struct Prediction;
@@ -57,14 +57,14 @@ class ModelOutput {
     ~ModelOutput();
 
     // Reads the "OutputField" children; a field without a name fails 260120.
-    void Read(XERCES_CPP_NAMESPACE::DOMElement* output, PMMLTranslator& translator);
+    void Read(XERCES_CPP_NAMESPACE::DOMElement* output, FamilyTranslator& translator);
 
     // Resolves the "value" of probability fields against the model's categories, and reads the
     // expressions of transformedValue fields into one derived dictionary over the flat dictionary
     // (inputs and derived fields by name), to which it adds a stand-in per other output field. The
     // element is the "Output" element read before; null for a model without one.
     void Resolve(XERCES_CPP_NAMESPACE::DOMElement* output, std::vector<std::string> const& categories,
-                 BaseDictionary& flat, PMMLTranslator& translator);
+                 BaseDictionary& flat, FamilyTranslator& translator);
 
     std::vector<Field> const& Fields() const { return fFields; }
     bool Empty() const { return fFields.empty(); }
@@ -75,10 +75,12 @@ class ModelOutput {
     // record too (when it is given) so that expressions can read them. `display` gives the display
     // text of the predicted value.
     void Compute(Prediction const& prediction, FamilyResult& result, CaseRecord* flat,
-                 ScoreDictionary const* flatDictionary, std::string const& display) const;
+                 ScoreDictionary const* flatDictionary, std::string const& display);
 
   private:
     std::vector<Field> fFields;
+    // Per field, its slot in the flat record; -1 for none.
+    std::vector<int> fFlatSlots;
     // The transformedValue expressions; null when there are none.
     std::unique_ptr<TransformationDictionary> fExpressions;
 };

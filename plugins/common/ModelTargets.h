@@ -14,7 +14,7 @@ XERCES_CPP_NAMESPACE_END
 
 namespace QXVantry_920 {
 
-class BaseTranslator;
+class FamilyTranslator;
 struct Prediction;
 
 class ModelTargets {
@@ -38,7 +38,7 @@ class ModelTargets {
     };
 
     // Reads the "Target" children; a bad number fails 260151, a bad castInteger 260152.
-    void Read(XERCES_CPP_NAMESPACE::DOMElement* targets, BaseTranslator& translator);
+    void Read(XERCES_CPP_NAMESPACE::DOMElement* targets, FamilyTranslator& translator);
 
     // The target of the field, or of the empty field name; null for none.
     Target const* Find(std::string const& field) const;
