@@ -87,9 +87,12 @@ std::vector<CaseSpec> LoadCaseTable() {
         std::vector<std::string> cells = rows[i];
         cells.resize(8);
         if (specs.empty() || specs.back().name != cells[0]) {
-            specs.push_back(CaseSpec{cells[0], cells[1], {}, {}});
+            specs.push_back(CaseSpec{cells[0], cells[1], {}, {}, {}, {}});
         }
-        if (!cells[5].empty()) {
+        if (cells[2] == "(document)") {
+            specs.back().refusal = cells[6];
+            specs.back().refusalReason = cells[7];
+        } else if (!cells[5].empty()) {
             specs.back().overrides.push_back(
                 RowOverride{cells[2], std::atol(cells[5].c_str()), cells[6], cells[7]});
         } else {
@@ -156,6 +159,7 @@ CaseOutcome RunCase(CaseSpec const& spec, vantry_tool::ScoringSession const& ses
     } catch (std::exception const& error) {
         outcome.error = error.what();
     }
+    outcome.refusedAsTold = !spec.refusal.empty() && outcome.error.rfind(spec.refusal, 0) == 0;
     return outcome;
 }
 

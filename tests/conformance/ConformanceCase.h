@@ -36,13 +36,19 @@ struct CaseSpec {
     std::string source;
     std::vector<ColumnRule> columns;
     std::vector<RowOverride> overrides;
+    // For a document the library refuses by its own rules: the start of the error line it gives
+    // ("error 260120"), and why.
+    std::string refusal;
+    std::string refusalReason;
 };
 
 struct CaseOutcome {
     // Empty when the case ran; otherwise why it did not (a case absent from the corpus).
     std::string skipped;
-    // A document or table that could not be read.
+    // A document or table that could not be read ("error <code>: <words>" for a refused document).
     std::string error;
+    // The document was refused as its table entry says.
+    bool refusedAsTold = false;
     long rows = 0;
     long agreeing = 0;
     // The largest relative difference of a compared number.

@@ -32,6 +32,11 @@ TEST_P(Conformance, AgreesWithTheExpectedOutputs) {
     if (!outcome.skipped.empty()) {
         GTEST_SKIP() << outcome.skipped;
     }
+    if (!spec.refusal.empty()) {
+        EXPECT_TRUE(outcome.refusedAsTold) << "expected " << spec.refusal << " (" << spec.refusalReason
+                                           << "), got '" << outcome.error << "'";
+        return;
+    }
     ASSERT_EQ(outcome.error, "");
     EXPECT_GT(outcome.rows, 0);
     EXPECT_EQ(outcome.agreeing, outcome.rows) << "worst relative difference " << outcome.worst;
@@ -59,6 +64,7 @@ TEST(ConformanceTable, CoversEveryCaseAndGivesEveryReason) {
             EXPECT_TRUE(!rule.ours.empty() || !rule.reason.empty()) << spec.name << " " << rule.expected;
             EXPECT_TRUE(rule.ours.empty() || rule.tolerance > 0.0) << spec.name << " " << rule.expected;
         }
+        EXPECT_TRUE(spec.refusal.empty() || !spec.refusalReason.empty()) << spec.name;
         for (conformance::RowOverride const& entry : spec.overrides) {
             EXPECT_FALSE(entry.reason.empty()) << spec.name << " " << entry.expected;
         }

@@ -43,6 +43,7 @@ TEST(Csv, ReadsQuotedFieldsLineEndsAndByteOrderMark) {
         {"\"x,y\",\"say \"\"hi\"\"\"\n", {{"x,y", "say \"hi\""}}},
         {"\"two\nlines\",z\r\nnext\r", {{"two\nlines", "z"}, {"next"}}},
         {",,\n\n\r\n\"\"\n", {{"", "", ""}, {""}}},
+        {"\n\none\n\n2\r\n\r\n", {{"one"}, {""}, {"2"}, {""}}},
         {"\xEF\xBB"
          "x\n",
          {{"\xEF\xBB"
@@ -52,7 +53,7 @@ TEST(Csv, ReadsQuotedFieldsLineEndsAndByteOrderMark) {
     for (Case const& c : cases) {
         EXPECT_EQ(ReadAll(c.text), c.expected) << c.text;
     }
-    std::istringstream in("h\n\n\"multi\nline\"\nlast\n");
+    std::istringstream in("h,k\n\n\"multi\nline\",1\nlast\n");
     CsvReader reader(in);
     std::vector<std::string> fields;
     std::vector<long> lines;

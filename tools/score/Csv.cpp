@@ -38,8 +38,8 @@ bool CsvReader::ReadRecord(std::vector<std::string>& fields) {
         }
     }
     int c = Next();
-    // Empty lines carry no record.
-    while (c == '\n' || c == '\r') {
+    // Empty lines carry no record, except in a table of one column.
+    while (!fOneColumn && (c == '\n' || c == '\r')) {
         if (c == '\r' && Peek() == '\n') {
             Next();
         }
@@ -91,6 +91,9 @@ bool CsvReader::ReadRecord(std::vector<std::string>& fields) {
         }
     }
     fields.push_back(std::move(field));
+    if (++fRecords == 1) {
+        fOneColumn = fields.size() == 1;
+    }
     return true;
 }
 

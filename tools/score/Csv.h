@@ -15,8 +15,10 @@ class CsvReader {
   public:
     explicit CsvReader(std::istream& in);
 
-    // The next record's fields; false at the end of the input. Empty lines are skipped. Text after a
-    // closing quote is kept as it stands, and a quote that is never closed runs to the end of the input.
+    // The next record's fields; false at the end of the input. Empty lines are skipped, except after a
+    // first record of one field: in a table of one column an empty line is a record of one empty field
+    // (a missing value). Text after a closing quote is kept as it stands, and a quote that is never
+    // closed runs to the end of the input.
     bool ReadRecord(std::vector<std::string>& fields);
 
     // The number of the line on which the last record read began (1 for the first line).
@@ -28,6 +30,8 @@ class CsvReader {
 
     std::streambuf* fBuffer;
     bool fAtStart = true;
+    bool fOneColumn = false;
+    long fRecords = 0;
     long fLine = 1;
     long fRecordLine = 0;
 };
