@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "plugins/common/FamilyModel.h"
+#include "plugins/common/RecordSlots.h"
 #include "vantry/values/ScoreCaseRecord.h"
 #include "vantry/values/ScoreDictVar.h"
 #include "vantry/values/ScoreValue.h"
@@ -52,11 +53,7 @@ ScoreValue const* FamilyCase::Value(FieldHandle const& field) const {
 }
 
 bool FamilyCase::IsMissing(FieldHandle const& field) const {
-    ScoreValue const* value = Value(field);
-    if (value == nullptr || field.variable->IsMissingValue(value)) {
-        return true;
-    }
-    return ScoreValue::TypeOf(*value) != ScoreValue::STRING_VALUE && value->IsSystemMissingValue();
+    return !field.IsValid() || IsMissingFor(*field.variable, Value(field));
 }
 
 bool FamilyCase::Number(FieldHandle const& field, double& x) const {

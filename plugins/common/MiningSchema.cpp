@@ -207,7 +207,7 @@ bool MiningSchema::PrepareSlot(Slot const& slot, int index, ScoreValue const* va
     }
     bool const text = value != nullptr && ScoreValue::TypeOf(*value) == ScoreValue::STRING_VALUE;
     bool const mismatch = text && IsNumericKind(variable);
-    bool missing = !mismatch && (value == nullptr || variable->IsMissingValue(value));
+    bool missing = !mismatch && IsMissingFor(*variable, value);
     bool valid = true;
     if (!missing && (mismatch || !variable->IsValidValue(value))) {
         switch (field->invalid) {

@@ -52,6 +52,19 @@ void PutMissing(CaseRecord& record, int index, std::string const& name, ScoreDic
     }
 }
 
+bool IsMissingFor(ScoreDictVar const& variable, ScoreValue const* value) {
+    if (value == nullptr || variable.IsMissingValue(value)) {
+        return true;
+    }
+    if (ScoreValue::TypeOf(*value) != ScoreValue::STRING_VALUE) {
+        return value->IsSystemMissingValue();
+    }
+    // A blank text is how a host leaves a text field unset; it counts as a value only where it is one
+    // of the field's categories.
+    return variable.IsString() && ScoreValue::TextOf(*value).find_first_not_of(' ') == std::string::npos &&
+           !variable.IsValidValue(value);
+}
+
 ScoreValue* NewMissing(ScoreDictVar::VariableType type) {
     if (type == ScoreDictVar::STRING_VAR) {
         return new StringValue(std::string());

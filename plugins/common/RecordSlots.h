@@ -18,6 +18,9 @@ void PutValue(CaseRecord& record, int index, std::string const& name, ScoreValue
               ScoreDictVar::VariableType type);
 // The missing value of a type: the system-missing number, or the empty text.
 void PutMissing(CaseRecord& record, int index, std::string const& name, ScoreDictVar::VariableType type);
+// Whether a value is missing for a variable: no value, one of its missing values, the system-missing
+// number, or a blank text that is not one of a text variable's categories.
+bool IsMissingFor(ScoreDictVar const& variable, ScoreValue const* value);
 // A new missing value of a type.
 ScoreValue* NewMissing(ScoreDictVar::VariableType type);
 

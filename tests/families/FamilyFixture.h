@@ -1,0 +1,115 @@
+// Scoring documents through the factory and the shipped plug-ins, as a host does.
+#pragma once
+
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "vantry/factory/ModelFactory.h"
+#include "vantry/factory/ResultField.h"
+#include "vantry/factory/ScoreModel.h"
+#include "vantry/factory/ScoreResult.h"
+#include "vantry/values/ScoreCaseRecord.h"
+#include "vantry/values/ScoreDictionary.h"
+#include "vantry/values/ScoreValue.h"
+
+namespace families {
+
+using namespace QXVantry_920;
+
+inline std::vector<std::string> const& Catalogue() {
+    static std::vector<std::string> const names{"MiningModel", "TreeModel", "RegressionModel"};
+    return names;
+}
+
+inline std::string Fixture(std::string const& name) {
+    char const* root = std::getenv("VANTRY_FIXTURES");
+    std::ifstream in(std::string(root != nullptr ? root : "tests/fixtures") + "/families/" + name);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+inline std::unique_ptr<ScoreModel> Load(std::string const& document) {
+    std::istringstream stream(document);
+    return std::unique_ptr<ScoreModel>(ModelFactory::MakeModelFromXML(stream, Catalogue(), ""));
+}
+
+// One input: a number, a text, or missing (an empty text on a numeric field stays missing).
+struct Input {
+    std::string name;
+    std::string text;
+    bool number;
+};
+inline Input Num(std::string name, double x) {
+    std::ostringstream text;
+    text.precision(17);
+    text << x;
+    return Input{std::move(name), text.str(), true};
+}
+inline Input Text(std::string name, std::string text) {
+    return Input{std::move(name), std::move(text), false};
+}
+
+// A model with a record, a result and result fields, as a host keeps them.
+class Scorer {
+  public:
+    explicit Scorer(ScoreModel* model)
+        : fModel(model), fRecord(model->MakeCaseRecord()), fResult(model->MakeResult()) {}
+
+    // Scores one case (unset inputs missing) and answers the status code.
+    long Score(std::vector<Input> const& inputs) {
+        for (std::string const& name : fRecord->GetVarNames(true)) {
+            ScoreDictVar const* variable = fModel->GetDictionary()->GetVar(name);
+            if (variable != nullptr && variable->IsString()) {
+                Put(name, new StringValue(std::string()));
+            } else {
+                Put(name, new NumericValue());
+            }
+        }
+        for (Input const& input : inputs) {
+            if (input.number) {
+                Put(input.name, new NumericValue(std::strtod(input.text.c_str(), nullptr)));
+            } else {
+                Put(input.name, new StringValue(input.text));
+            }
+        }
+        long const code = fModel->Score(fRecord.get(), fResult.get()).GetErrorCode();
+        fModel->FillResultFields(fResult.get(), &fFields);
+        return code;
+    }
+
+    // The output's value as text ("" for missing), or its number.
+    std::string TextOf(std::string const& name) const {
+        ScoreValue const* value = fFields.GetResultValue(name);
+        if (value == nullptr || value->IsSystemMissingValue()) {
+            return std::string();
+        }
+        return ScoreValue::TextOf(*value);
+    }
+    double NumberOf(std::string const& name) const {
+        ScoreValue const* value = fFields.GetResultValue(name);
+        return value == nullptr ? NumericValue::GetSysmisValue() : value->GetDouble();
+    }
+    bool IsMissing(std::string const& name) const { return TextOf(name).empty(); }
+    ScoreResult const* Result() const { return fResult.get(); }
+
+  private:
+    void Put(std::string const& name, ScoreValue* value) {
+        fRecord->Remove(name);
+        fRecord->Add(name, value);
+    }
+
+    ScoreModel* fModel;
+    std::unique_ptr<ScoreCaseRecord> fRecord;
+    std::unique_ptr<ScoreResult> fResult;
+    ResultField fFields;
+};
+
+}  // namespace families
