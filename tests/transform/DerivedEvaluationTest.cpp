@@ -277,3 +277,23 @@ TEST(DerivedEvaluation, CopiesEvaluateIndependently) {
     EXPECT_DOUBLE_EQ(NumberOf(values->Get("twice")), 4.0);
     EXPECT_EQ(TextOf(copied.GetVarValue("band")), "large");
 }
+
+TEST(DerivedEvaluation, BrokenSetupsGiveMissingValues) {
+    // A variable that refers to itself, a tree over an unknown field, and evaluation without a record.
+    TransformVar* self = Derived("self", ScoreDictVar::kNUMERIC_VAR, TD::TE_FIELD_REF, "self");
+    TransformVar* unknown = Derived("unknown", ScoreDictVar::kNUMERIC_VAR, TD::TE_APPLY);
+    unknown->SetRoot(Fn(TD::TF_PLUS, {Leaf("nowhere"), Const(Num(1.0))}));
+    TransformVar* lag = Derived("lag", ScoreDictVar::STRING_VAR, TD::TE_LAG, "nowhere");
+    lag->SetLags(1, {nullptr});
+    TD dictionary;
+    Fill(dictionary, {self, unknown, lag});
+    auto record = Record({{"x", Num(1.0)}});
+
+    ScoreCaseRecord const* values = dictionary.GetValuesForDerivedVars(record.get(), nullptr);
+    EXPECT_DOUBLE_EQ(NumberOf(values->Get("self")), kSysmis);
+    EXPECT_DOUBLE_EQ(NumberOf(values->Get("unknown")), kSysmis);
+    EXPECT_EQ(TextOf(values->Get("lag")), "");
+    for (TransformVar* variable : {self, unknown, lag}) {
+        ASSERT_NE(variable->GetTransformedValue(nullptr, nullptr, nullptr), nullptr);
+    }
+}

@@ -42,10 +42,12 @@ TEST_F(DerivedFieldParseTest, FieldsGetTheirTypesLabelsAndExpressions) {
           <Extension name="width" value="4"/><FieldRef field="s" mapMissingTo="none"/></DerivedField>
         <DerivedField name="o" optype="ordinal" dataType="integer"><Constant>7</Constant></DerivedField>
         <DerivedField name="dd" optype="continuous" dataType="date"><FieldRef field="d"/></DerivedField>
+        <DerivedField name="day" optype="continuous" dataType="date">
+          <Constant dataType="dateDaysSince[1970]">1</Constant></DerivedField>
         <DerivedField name="l" optype="categorical" dataType="string">
           <Value value="p" property="valid" displayValue="P"/><Value value="q" property="valid"/></DerivedField>)"),
               nullptr);
-    EXPECT_EQ(derived->GetDerivedVarNames(), (std::vector<std::string>{"f", "t", "o", "dd", "l"}));
+    EXPECT_EQ(derived->GetDerivedVarNames(), (std::vector<std::string>{"f", "t", "o", "dd", "day", "l"}));
 
     TransformVar* f = Var("f");
     EXPECT_EQ(f->GetLabel(), "Float");
@@ -68,6 +70,8 @@ TEST_F(DerivedFieldParseTest, FieldsGetTheirTypesLabelsAndExpressions) {
     EXPECT_EQ(o->GetConstString(), "7");
 
     EXPECT_EQ(Var("dd")->GetVarType(), ScoreDictVar::DATETIME_VAR);
+    // A date constant is kept as its number of seconds.
+    EXPECT_EQ(Var("day")->GetConstString(), "86400.000000");
     EXPECT_EQ(vantry_test::CategoryTexts(Var("l")), (std::vector<std::string>{"p=P", "q="}));
 }
 

@@ -107,11 +107,13 @@ TEST_F(TransformCatalogTest, EveryTextMapsToItsFunctionAndBackToItsName) {
         std::string const name = unnamed.count(value) == 1 ? "<not defined>" : texts.at(0);
         EXPECT_EQ(translator->ToString(static_cast<TF>(value)), name) << value;
     }
-    // Exact and case-sensitive; a second fill leaves the same map.
+    // Exact and case-sensitive; a second fill leaves the same map, and an empty one is filled on demand.
     EXPECT_EQ(translator->GetTransFunction("LOG10"), TransformationDictionary::TF_UNKNOWN);
     EXPECT_EQ(translator->GetTransFunction(" abs"), TransformationDictionary::TF_UNKNOWN);
     translator->InitFunctionMap();
     EXPECT_EQ(translator->fFunctionMap.size(), 81u);
+    translator->fFunctionMap.clear();
+    EXPECT_EQ(translator->GetTransFunction("trimend"), TransformationDictionary::TF_RTRIM);
 }
 
 TEST_F(TransformCatalogTest, ClassesAreTheFixedRangesWithTheirHoles) {

@@ -155,18 +155,19 @@ class VANTRY_EXPORT TransformVar : public DictVar {
     std::vector<ScoreDictVar const*> fBlockVariables;
     std::vector<std::deque<ScoreValue*>> fBlockHistories;
 
-    // Evaluation caches, none of them copied: the source when it is itself derived, the record on which
-    // the source field was last found absent (with that record's size), the block fields' record slots,
-    // the lag rings' heads, the walk's scratch frames with the current depth, and the guard against
-    // evaluating re-entrantly.
+    // Evaluation caches, which a copy starts afresh: the source when it is itself derived, the record on
+    // which the source field was last found absent (with that record's size).
     TransformVar* fSourceDerived;
     bool fSourceResolved;
     ScoreCaseRecord const* fAbsentRecord;
     int fAbsentRecordSize;
+    // Lag state that a copy keeps: the block fields' names (a copy binds them to the dictionaries it is
+    // evaluated with) and, the histories being rings once full, the position of the oldest value in each.
     std::vector<std::string> fBlockNames;
-    // The histories are rings once full: the position of the oldest value in each.
     size_t fHistoryHead;
     std::vector<size_t> fBlockHeads;
+    // Started afresh by a copy: the block fields' record slots, the walk's scratch frames with the
+    // current depth, and the guard against evaluating re-entrantly.
     std::vector<int> fBlockIndexes;
     std::vector<std::unique_ptr<ApplyFrame>> fFrames;
     size_t fDepth;

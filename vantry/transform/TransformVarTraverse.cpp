@@ -409,7 +409,7 @@ ScoreValue const* TransformVar::TraverseInner(FunctionTree* node, ApplyFrame& fr
     } else if (fn == TD::TF_MATCHES) {
         number = TD::Matches(frame.texts);
     }
-    if (stringFn && fn != TD::TF_LENGTH) {
+    if (stringFn) {
         fStringScratch->SetString(frame.text);
         fStringScratch->SetLength(length);
         return fStringScratch;

@@ -50,6 +50,20 @@ void AddMissingRange(ScoreMissingValueSet* set, std::unique_ptr<ScoreValueRange>
     }
 }
 
+void SetTypeOfDataType(ScoreDictVar* variable, std::string const& dataType,
+                       ScoreDictVar::DateTimeType dateType) {
+    if (dataType == "string") {
+        variable->SetVarType(ScoreDictVar::STRING_VAR);
+    } else if (dataType == "integer") {
+        variable->SetNumericDataType(ScoreDictVar::NUMERIC_TYPE_INTEGER);
+    } else if (dataType == "double") {
+        variable->SetNumericDataType(ScoreDictVar::NUMERIC_TYPE_DOUBLE);
+    } else if (dateType != ScoreDictVar::DT_NONE) {
+        variable->SetVarType(ScoreDictVar::DATETIME_VAR);
+        variable->SetDateTimeType(dateType);
+    }
+}
+
 bool IsNumericVariable(ScoreDictVar const* variable) {
     return variable->GetVarType() == ScoreDictVar::kNUMERIC_VAR;
 }

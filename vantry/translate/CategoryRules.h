@@ -68,6 +68,11 @@ void AddToDictionary(ScoreDictionary* dictionary, std::string const& name,
     }
 }
 
+// Gives a variable the type of a PMML "dataType": "string" text, "integer" and "double" numbers of that
+// kind, a date type (given as its number, 0 for none) a date; any other text leaves a plain number.
+void SetTypeOfDataType(ScoreDictVar* variable, std::string const& dataType,
+                       ScoreDictVar::DateTimeType dateType);
+
 // Whether the variable's numbers are numeric values (and not text or dates).
 bool IsNumericVariable(ScoreDictVar const* variable);
 

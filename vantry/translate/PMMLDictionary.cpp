@@ -192,17 +192,8 @@ std::unique_ptr<ScoreDictVar> PMMLTranslator::ParseDataField(DOMElement* field, 
         if (!IsEmptyText(dataTypeText)) {
             typeDeclared = true;
         }
-        std::string const dataType = TranscodeText(fTranscoder, dataTypeText);
-        if (dataType == "string") {
-            variable->SetVarType(ScoreDictVar::STRING_VAR);
-        } else if (dataType == "integer") {
-            variable->SetNumericDataType(ScoreDictVar::NUMERIC_TYPE_INTEGER);
-        } else if (dataType == "double") {
-            variable->SetNumericDataType(ScoreDictVar::NUMERIC_TYPE_DOUBLE);
-        } else if (ScoreDictVar::DateTimeType const dateType = ParseDateTimeType(dataTypeText)) {
-            variable->SetVarType(ScoreDictVar::DATETIME_VAR);
-            variable->SetDateTimeType(dateType);
-        }
+        SetTypeOfDataType(variable.get(), TranscodeText(fTranscoder, dataTypeText),
+                          ParseDateTimeType(dataTypeText));
     }
     variable->SetNoSpaceTrim(noSpaceTrim);
     variable->SetEmptyStringOK(emptyStringOK);

@@ -203,6 +203,10 @@ void PMMLTranslator::InitFunctionMap() {
 }
 
 PMMLTranslator::TransformFunction PMMLTranslator::GetTransFunction(std::string const& text) {
+    // A plug-in may read an "Apply" of its own before any transformation dictionary filled the map.
+    if (fFunctionMap.empty()) {
+        InitFunctionMap();
+    }
     auto const found = fFunctionMap.find(text);
     return found != fFunctionMap.end() ? found->second : TD::TF_UNKNOWN;
 }

@@ -92,19 +92,10 @@ TransformationDictionary* PMMLTranslator::HandleTransformationDictionary(DOMElem
         variable->SetMLevel(level);
 
         XMLCh const* dataTypeText = GetAttributeForced(field, "dataType");
-        std::string const dataType = TranscodeText(fTranscoder, dataTypeText);
-        if (dataType == "string") {
-            variable->SetVarType(ScoreDictVar::STRING_VAR);
-            if (level == ScoreDictVar::MEASURE_CONTINUOUS) {
-                ThrowCodedError(260211, {"continuous", "optype", "string", "dataType"});
-            }
-        } else if (dataType == "integer") {
-            variable->SetNumericDataType(ScoreDictVar::NUMERIC_TYPE_INTEGER);
-        } else if (dataType == "double") {
-            variable->SetNumericDataType(ScoreDictVar::NUMERIC_TYPE_DOUBLE);
-        } else if (ScoreDictVar::DateTimeType const dateType = ParseDateTimeType(dataTypeText)) {
-            variable->SetVarType(ScoreDictVar::DATETIME_VAR);
-            variable->SetDateTimeType(dateType);
+        SetTypeOfDataType(variable.get(), TranscodeText(fTranscoder, dataTypeText),
+                          ParseDateTimeType(dataTypeText));
+        if (variable->IsString() && level == ScoreDictVar::MEASURE_CONTINUOUS) {
+            ThrowCodedError(260211, {"continuous", "optype", "string", "dataType"});
         }
 
         bool expressionSeen = false;
