@@ -1,13 +1,46 @@
 // Tree scoring through the shipped plug-in: strategies for missing values and for nodes without a true
 // child, the penalty, probabilities and confidences, entity ids, regression trees and refused documents.
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
-#include "tests/families/TreeHarness.h"
+#include "tests/families/FamilyFixture.h"
 #include "vantry/diagnostics/VTException.h"
 
+namespace families {
 namespace {
 
-using namespace treetest;
+// Every occurrence of `from` replaced.
+std::string Replace(std::string text, std::string const& from, std::string const& to) {
+    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
+        text.replace(at, from.size(), to);
+    }
+    return text;
+}
+
+// A loaded document with its scorer.
+struct Tree {
+    explicit Tree(std::string const& document) : model(Load(document)), scorer(model.get()) {}
+    Scorer& Score(std::vector<Input> const& inputs) {
+        scorer.Score(inputs);
+        return scorer;
+    }
+    std::unique_ptr<ScoreModel> model;
+    Scorer scorer;
+};
+
+// x and y as numbers; an empty text leaves the input missing.
+std::vector<Input> XY(std::string const& x, std::string const& y) {
+    std::vector<Input> inputs;
+    if (!x.empty()) {
+        inputs.push_back(Num("x", std::stod(x)));
+    }
+    if (!y.empty()) {
+        inputs.push_back(Num("y", std::stod(y)));
+    }
+    return inputs;
+}
 
 std::string StrategyDocument(std::string const& strategy, std::string const& noTrueChild) {
     return Replace(Replace(Fixture("tree_strategies.xml"), "@MVS@", strategy), "@NTC@", noTrueChild);
@@ -20,18 +53,18 @@ struct Expected {
     std::string node;
 };
 
-void ExpectCase(Cells const& cells, Expected const& expected, std::string const& what) {
+void ExpectCase(Scorer const& scored, Expected const& expected, std::string const& what) {
     SCOPED_TRACE(what);
-    EXPECT_EQ(cells.at("Predicted"), expected.predicted);
-    EXPECT_EQ(cells.at("Node"), expected.node);
+    EXPECT_EQ(scored.TextOf("Predicted"), expected.predicted);
+    EXPECT_EQ(scored.TextOf("Node"), expected.node);
     if (expected.predicted.empty()) {
-        EXPECT_EQ(cells.at("P_yes"), "");
+        EXPECT_TRUE(scored.IsMissing("P_yes"));
         return;
     }
-    EXPECT_NEAR(Number(cells.at("Confidence")), expected.confidence, 1e-12);
-    EXPECT_NEAR(Number(cells.at("@confidence")), expected.confidence, 1e-6);
-    EXPECT_NEAR(Number(cells.at("P_yes")), expected.probabilityYes, 1e-12);
-    EXPECT_NEAR(Number(cells.at("P_no")), 1.0 - expected.probabilityYes, 1e-12);
+    EXPECT_NEAR(scored.NumberOf("Confidence"), expected.confidence, 1e-12);
+    EXPECT_NEAR(scored.Result()->GetResultConfidence(), expected.confidence, 1e-12);
+    EXPECT_NEAR(scored.NumberOf("P_yes"), expected.probabilityYes, 1e-12);
+    EXPECT_NEAR(scored.NumberOf("P_no"), 1.0 - expected.probabilityYes, 1e-12);
 }
 
 char const* const kStrategies[] = {"none",         "lastPrediction",     "nullPrediction",
@@ -39,24 +72,24 @@ char const* const kStrategies[] = {"none",         "lastPrediction",     "nullPr
 
 TEST(TreeStrategies, KnownValuesFollowTheFirstTrueChildWhateverTheStrategy) {
     for (char const* strategy : kStrategies) {
-        LoadedModel model(StrategyDocument(strategy, "returnNullPrediction"));
+        Tree model(StrategyDocument(strategy, "returnNullPrediction"));
         // Probabilities from record counts, confidence as the probability.
-        ExpectCase(model.Score({{"x", "3"}, {"y", "2"}}), {"yes", 0.9, 0.9, "N4"}, strategy);
+        ExpectCase(model.Score(XY("3", "2")), {"yes", 0.9, 0.9, "N4"}, strategy);
         // Explicit probabilities and confidences win over the counts.
-        ExpectCase(model.Score({{"x", "25"}, {"y", "9"}}), {"no", 0.8, 0.3, "N3"}, strategy);
-        ExpectCase(model.Score({{"x", "3"}, {"y", "7"}}), {"no", 0.55, 0.45, "N5"}, strategy);
+        ExpectCase(model.Score(XY("25", "9")), {"no", 0.8, 0.3, "N3"}, strategy);
+        ExpectCase(model.Score(XY("3", "7")), {"no", 0.55, 0.45, "N5"}, strategy);
     }
 }
 
 TEST(TreeStrategies, NoTrueChildReturnsNothingOrTheLastNode) {
-    LoadedModel null(StrategyDocument("none", "returnNullPrediction"));
-    LoadedModel last(StrategyDocument("none", "returnLastPrediction"));
-    ExpectCase(null.Score({{"x", "15"}}), {"", 0, 0, ""}, "gap, null");
-    ExpectCase(last.Score({{"x", "15"}}), {"yes", 0.6, 0.6, "N1"}, "gap, last");
+    Tree null(StrategyDocument("none", "returnNullPrediction"));
+    Tree last(StrategyDocument("none", "returnLastPrediction"));
+    ExpectCase(null.Score(XY("15", "")), {"", 0, 0, ""}, "gap, null");
+    ExpectCase(last.Score(XY("15", "")), {"yes", 0.6, 0.6, "N1"}, "gap, last");
     // Under "none" an unknown condition is false, and the search goes on to the following children.
-    ExpectCase(null.Score({{"y", "2"}}), {"", 0, 0, ""}, "x missing, null");
-    ExpectCase(last.Score({{"y", "2"}}), {"yes", 0.6, 0.6, "N1"}, "x missing, last");
-    ExpectCase(last.Score({{"x", "3"}}), {"yes", 0.75, 0.75, "N2"}, "y missing, last");
+    ExpectCase(null.Score(XY("", "2")), {"", 0, 0, ""}, "x missing, null");
+    ExpectCase(last.Score(XY("", "2")), {"yes", 0.6, 0.6, "N1"}, "x missing, last");
+    ExpectCase(last.Score(XY("3", "")), {"yes", 0.75, 0.75, "N2"}, "y missing, last");
 }
 
 TEST(TreeStrategies, MissingValueStrategiesAndPenalty) {
@@ -84,34 +117,34 @@ TEST(TreeStrategies, MissingValueStrategiesAndPenalty) {
         {"aggregateNodes", "", "", {"yes", 0.6, 0.6, ""}},
     };
     for (Row const& row : rows) {
-        LoadedModel model(StrategyDocument(row.strategy, "returnNullPrediction"));
-        ExpectCase(model.Score({{"x", row.x}, {"y", row.y}}), row.expected,
+        Tree model(StrategyDocument(row.strategy, "returnNullPrediction"));
+        ExpectCase(model.Score(XY(row.x, row.y)), row.expected,
                    std::string(row.strategy) + " x=" + row.x + " y=" + row.y);
     }
 }
 
 TEST(TreeRegression, ScoresSplitOnDerivedFieldsAndBlendsByRecordCount) {
     std::string const document = Fixture("tree_regression.xml");
-    LoadedModel plain(Replace(document, "@MVS@", "none"));
-    Cells cells = plain.Score({{"a", "1"}, {"b", "-1"}});
-    EXPECT_EQ(Number(cells.at("Predicted")), 2.0);
-    EXPECT_EQ(cells.at("Node"), "LL");
-    cells = plain.Score({{"a", "6"}, {"b", "-1"}});  // twiceA is 12
-    EXPECT_EQ(Number(cells.at("Predicted")), 20.0);
-    EXPECT_EQ(cells.at("Node"), "RR");
-    EXPECT_EQ(plain.Score({{"a", "1"}}).at("Predicted"), "");
+    Tree plain(Replace(document, "@MVS@", "none"));
+    Scorer& scored = plain.Score({Num("a", 1), Num("b", -1)});
+    EXPECT_EQ(scored.NumberOf("Predicted"), 2.0);
+    EXPECT_EQ(scored.TextOf("Node"), "LL");
+    plain.Score({Num("a", 6), Num("b", -1)});  // twiceA is 12
+    EXPECT_EQ(scored.NumberOf("Predicted"), 20.0);
+    EXPECT_EQ(scored.TextOf("Node"), "RR");
+    EXPECT_TRUE(plain.Score({Num("a", 1)}).IsMissing("Predicted"));
 
-    LoadedModel last(Replace(document, "@MVS@", "lastPrediction"));
-    EXPECT_EQ(Number(last.Score({{"a", "1"}}).at("Predicted")), 1.0);
-    EXPECT_EQ(Number(last.Score({{"b", "1"}}).at("Predicted")), 10.0);
+    Tree last(Replace(document, "@MVS@", "lastPrediction"));
+    EXPECT_EQ(last.Score({Num("a", 1)}).NumberOf("Predicted"), 1.0);
+    EXPECT_EQ(last.Score({Num("b", 1)}).NumberOf("Predicted"), 10.0);
 
     // Leaves LL (3 records, 2) and LR (1 record, 3).
-    LoadedModel aggregate(Replace(document, "@MVS@", "aggregateNodes"));
-    EXPECT_DOUBLE_EQ(Number(aggregate.Score({{"a", "1"}}).at("Predicted")), 2.25);
-    LoadedModel weighted(Replace(document, "@MVS@", "weightedConfidence"));
-    EXPECT_DOUBLE_EQ(Number(weighted.Score({{"a", "1"}}).at("Predicted")), 2.25);
+    Tree aggregate(Replace(document, "@MVS@", "aggregateNodes"));
+    EXPECT_DOUBLE_EQ(aggregate.Score({Num("a", 1)}).NumberOf("Predicted"), 2.25);
+    Tree weighted(Replace(document, "@MVS@", "weightedConfidence"));
+    EXPECT_DOUBLE_EQ(weighted.Score({Num("a", 1)}).NumberOf("Predicted"), 2.25);
     // Every leaf below the root: (3 * 2 + 1 * 3 + 6 * 20) / 10.
-    EXPECT_DOUBLE_EQ(Number(aggregate.Score({}).at("Predicted")), 12.9);
+    EXPECT_DOUBLE_EQ(aggregate.Score({}).NumberOf("Predicted"), 12.9);
 }
 
 TEST(TreeDocuments, BadTreesAreRefusedWithTheirCodes) {
@@ -134,7 +167,7 @@ TEST(TreeDocuments, BadTreesAreRefusedWithTheirCodes) {
             Replace(Replace(Replace(Fixture("tree_strategies.xml"), row.from, row.to), "@MVS@", "none"),
                     "@NTC@", "returnNullPrediction");
         try {
-            LoadedModel model(document);
+            Load(document);
             ADD_FAILURE() << "accepted";
         } catch (QXVantry_920::VTException& e) {
             EXPECT_EQ(e.GetErrorCode(), row.code);
@@ -147,7 +180,7 @@ TEST(TreeDocuments, BadTreesAreRefusedWithTheirCodes) {
         "dataType=\"double\"/></DataDictionary><TreeModel functionName=\"regression\">"
         "<MiningSchema><MiningField name=\"x\"/></MiningSchema></TreeModel></PMML>";
     try {
-        LoadedModel model(noNodes);
+        Load(noNodes);
         ADD_FAILURE() << "accepted";
     } catch (QXVantry_920::VTException& e) {
         EXPECT_EQ(e.GetErrorCode(), 260114) << e.GetErrorMessage();
@@ -155,3 +188,4 @@ TEST(TreeDocuments, BadTreesAreRefusedWithTheirCodes) {
 }
 
 }  // namespace
+}  // namespace families
