@@ -128,8 +128,13 @@ FamilyModel* MiningTranslator::BuildFamilyModel(DOMElement* modelElement, ModelC
 
     auto model = std::make_unique<MiningModel>(method, treatment, threshold);
     model->SetCatalogue(fCatalogue);
-    if (classification)
-        model->SetCategories(CategoriesOf(context.TargetVariable()));
+    if (classification) {
+        // The answer's categories are fixed at build time: the segments' answers are mapped onto them.
+        std::vector<std::string> categories = CategoriesOf(context.TargetVariable());
+        if (categories.empty())
+            ThrowFamilyError(260126, {context.TargetField()});
+        model->SetCategories(categories);
+    }
 
     SegmentHost host(context.Inputs(), context.Derived());
     host.SetCatalogue(fCatalogue);

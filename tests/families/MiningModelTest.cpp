@@ -259,6 +259,10 @@ TEST(MiningModelTest, BadSegmentationsAreRefused) {
         {"negative weight",
          Document("MiningRegression.pmml", "sum", "continue", "1", {{"weight=\"2\"", "weight=\"-2\""}}),
          260183},
+        {"categorical target without values",
+         Document("MiningClassification.pmml", "average", "continue", "1",
+                  {{"<Value value=\"a\"/><Value value=\"b\"/><Value value=\"c\"/>", ""}}),
+         260126},
         {"segment without predicate",
          Document("MiningRegression.pmml", "sum", "continue", "1", {{"<True/>", ""}}), 260115},
     };
