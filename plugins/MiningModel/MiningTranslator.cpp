@@ -184,6 +184,9 @@ std::unique_ptr<Segment> MiningTranslator::BuildSegment(DOMElement* element, int
 
     DOMElement* modelElement = nullptr;
     for (DOMNode* child = GetFirstChildElt(element); child != nullptr; child = GetNextSiblingElt(child)) {
+        // A weight read from a field per case is not supported: refused rather than ignored.
+        if (TagOf(child) == "VariableWeight")
+            ThrowFamilyError(260154, {"VariableWeight"});
         if (!IsPredicateOrExtension(TagOf(child))) {
             modelElement = static_cast<DOMElement*>(child);
             break;

@@ -263,6 +263,10 @@ TEST(MiningModelTest, BadSegmentationsAreRefused) {
          Document("MiningClassification.pmml", "average", "continue", "1",
                   {{"<Value value=\"a\"/><Value value=\"b\"/><Value value=\"c\"/>", ""}}),
          260126},
+        {"weight from a field",
+         Document("MiningRegression.pmml", "sum", "continue", "1",
+                  {{"<True/>", "<True/><VariableWeight field=\"x\"/>"}}),
+         260154},
         {"segment without predicate",
          Document("MiningRegression.pmml", "sum", "continue", "1", {{"<True/>", ""}}), 260115},
     };
