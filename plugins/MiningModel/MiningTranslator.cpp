@@ -128,8 +128,13 @@ FamilyModel* MiningTranslator::BuildFamilyModel(DOMElement* modelElement, ModelC
 
     auto model = std::make_unique<MiningModel>(method, treatment, threshold);
     model->SetCatalogue(fCatalogue);
-    if (classification)
-        model->SetCategories(CategoriesOf(context.TargetVariable()));
+    if (classification) {
+        // The answer's categories are fixed at build time: the segments' answers are mapped onto them.
+        std::vector<std::string> categories = CategoriesOf(context.TargetVariable());
+        if (categories.empty())
+            ThrowFamilyError(260126, {context.TargetField()});
+        model->SetCategories(categories);
+    }
 
     SegmentHost host(context.Inputs(), context.Derived());
     host.SetCatalogue(fCatalogue);
@@ -179,6 +184,9 @@ std::unique_ptr<Segment> MiningTranslator::BuildSegment(DOMElement* element, int
 
     DOMElement* modelElement = nullptr;
     for (DOMNode* child = GetFirstChildElt(element); child != nullptr; child = GetNextSiblingElt(child)) {
+        // A weight read from a field per case is not supported: refused rather than ignored.
+        if (TagOf(child) == "VariableWeight")
+            ThrowFamilyError(260154, {"VariableWeight"});
         if (!IsPredicateOrExtension(TagOf(child))) {
             modelElement = static_cast<DOMElement*>(child);
             break;

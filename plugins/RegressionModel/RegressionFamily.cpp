@@ -10,6 +10,7 @@
 #include "plugins/RegressionModel/Normalization.h"
 #include "plugins/RegressionModel/RegressionTable.h"
 #include "plugins/common/FamilyModel.h"
+#include "plugins/common/FamilySupport.h"
 #include "plugins/common/FamilyTranslator.h"
 #include "vantry/factory/ModelPlugin.h"
 

@@ -5,6 +5,7 @@
 
 #include <xercesc/dom/DOM.hpp>
 
+#include "plugins/common/FamilySupport.h"
 #include "plugins/common/FamilyTranslator.h"
 #include "vantry/values/ScoreValue.h"
 
@@ -13,10 +14,6 @@ XERCES_CPP_NAMESPACE_USE
 namespace QXVantry_920 {
 
 namespace {
-
-bool IsElement(DOMNode const* node, char const* name) {
-    return node->getNodeType() == DOMNode::ELEMENT_NODE && BaseTranslator::IsEqual(node->getNodeName(), name);
-}
 
 double RequiredNumber(DOMElement const* element, char const* name) {
     return BaseTranslator::VerifyDouble(BaseTranslator::GetAttributeForced(element, name));
@@ -30,23 +27,21 @@ RegressionTable::RegressionTable(DOMElement* table, ModelContext& context)
     for (DOMNode* node = BaseTranslator::GetFirstChildElt(table); node != nullptr;
          node = BaseTranslator::GetNextSiblingElt(node)) {
         auto* child = static_cast<DOMElement*>(node);
-        if (IsElement(node, "NumericPredictor")) {
+        if (IsElementNamed(node, "NumericPredictor")) {
             fNumeric.push_back(Numeric{context.Resolve(context.Attribute(child, "name")),
                                        context.Number(child, "exponent", 1.0),
                                        RequiredNumber(child, "coefficient")});
-        } else if (IsElement(node, "CategoricalPredictor")) {
+        } else if (IsElementNamed(node, "CategoricalPredictor")) {
             Categorical predictor{context.Resolve(context.Attribute(child, "name")),
                                   context.Attribute(child, "value"), false, 0.0,
                                   RequiredNumber(child, "coefficient")};
-            char* end = nullptr;
-            predictor.number = std::strtod(predictor.value.c_str(), &end);
-            predictor.isNumber = !predictor.value.empty() && *end == 0;
+            predictor.isNumber = ReadWholeNumber(predictor.value, predictor.number);
             fCategorical.push_back(std::move(predictor));
-        } else if (IsElement(node, "PredictorTerm")) {
+        } else if (IsElementNamed(node, "PredictorTerm")) {
             Term term{{}, RequiredNumber(child, "coefficient")};
             for (DOMNode* ref = BaseTranslator::GetFirstChildElt(child); ref != nullptr;
                  ref = BaseTranslator::GetNextSiblingElt(ref)) {
-                if (IsElement(ref, "FieldRef")) {
+                if (IsElementNamed(ref, "FieldRef")) {
                     term.fields.push_back(
                         context.Resolve(context.Attribute(static_cast<DOMElement*>(ref), "field")));
                 }

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "plugins/common/FamilyModel.h"
+#include "plugins/common/FamilySupport.h"
 #include "plugins/common/RecordSlots.h"
 #include "vantry/values/ScoreCaseRecord.h"
 #include "vantry/values/ScoreDictVar.h"
@@ -62,14 +63,7 @@ bool FamilyCase::Number(FieldHandle const& field, double& x) const {
     }
     ScoreValue const* value = Value(field);
     if (ScoreValue::TypeOf(*value) == ScoreValue::STRING_VALUE) {
-        std::string const text = ScoreValue::TextOf(*value);
-        char* end = nullptr;
-        double const number = std::strtod(text.c_str(), &end);
-        if (text.empty() || *end != 0) {
-            return false;
-        }
-        x = number;
-        return true;
+        return ReadWholeNumber(ScoreValue::TextOf(*value), x);
     }
     x = value->GetDouble();
     return true;

@@ -5,6 +5,7 @@
 #include <xercesc/dom/DOM.hpp>
 
 #include "plugins/common/FamilyResult.h"
+#include "plugins/common/FamilySupport.h"
 #include "plugins/common/FamilyTranslator.h"
 #include "plugins/common/RecordSlots.h"
 #include "vantry/factory/ResultField.h"
@@ -23,9 +24,8 @@ constexpr long kCaseFailed = 90027;
 
 std::unique_ptr<ScoreValue> CategoryValue(std::string const& text, ScoreDictVar::VariableType type) {
     if (type != ScoreDictVar::STRING_VAR) {
-        char* end = nullptr;
-        double const number = std::strtod(text.c_str(), &end);
-        if (!text.empty() && *end == 0) {
+        double number = 0.0;
+        if (ReadWholeNumber(text, number)) {
             return std::make_unique<NumericValue>(number);
         }
     }

@@ -8,6 +8,7 @@
 
 #include "plugins/common/FamilyModel.h"
 #include "plugins/common/FamilyResult.h"
+#include "plugins/common/FamilySupport.h"
 #include "vantry/diagnostics/VTException.h"
 #include "vantry/factory/ResultVar.h"
 #include "vantry/factory/VersionInfo.h"
@@ -30,25 +31,15 @@ void ThrowFamilyError(int code, std::vector<std::string> const& arguments) {
 
 namespace {
 
-bool NameIs(DOMNode const* node, char const* name) {
-    return node != nullptr && node->getNodeType() == DOMNode::ELEMENT_NODE &&
-           BaseTranslator::IsEqual(node->getNodeName(), name);
-}
-
 // Appends clones of the "DerivedField" children of a container to the wrapper.
 void CloneDerivedFields(DOMElement* container, DOMElement* wrapper) {
     for (DOMNode* child = BaseTranslator::GetFirstChildElt(container); child != nullptr;
          child = BaseTranslator::GetNextSiblingElt(child)) {
-        if (NameIs(child, "DerivedField")) {
+        if (IsElementNamed(child, "DerivedField")) {
             wrapper->appendChild(child->cloneNode(true));
         }
     }
 }
-
-// A node created for the reading alone, released whatever happens.
-struct ReleaseNode {
-    void operator()(DOMNode* node) const { node->release(); }
-};
 
 // A plain variable of a derived field's name and kind, for a model that receives derived values as
 // inputs.
@@ -115,19 +106,19 @@ FieldHandle ModelContext::Resolve(std::string const& name) const {
 ScorePredicate* ModelContext::ParsePredicate(DOMElement* owner) {
     for (DOMNode* child = BaseTranslator::GetFirstChildElt(owner); child != nullptr;
          child = BaseTranslator::GetNextSiblingElt(child)) {
-        if (NameIs(child, "SimplePredicate")) {
+        if (IsElementNamed(child, "SimplePredicate")) {
             return fTranslator.ParsePredicate(child, fInputs, fDerived, false);
         }
-        if (NameIs(child, "SimpleSetPredicate")) {
+        if (IsElementNamed(child, "SimpleSetPredicate")) {
             return fTranslator.ParseSetPredicate(child, fInputs, fDerived);
         }
-        if (NameIs(child, "CompoundPredicate")) {
+        if (IsElementNamed(child, "CompoundPredicate")) {
             return fTranslator.ParseCompoundPredicate(child, fInputs, fDerived, false);
         }
-        if (NameIs(child, "True")) {
+        if (IsElementNamed(child, "True")) {
             return new TruePredicate();
         }
-        if (NameIs(child, "False")) {
+        if (IsElementNamed(child, "False")) {
             return new FalsePredicate();
         }
     }
@@ -159,7 +150,7 @@ ScoreModel* FamilyTranslator::ParseFromTree(DOMDocument* document, std::string c
         ParseDictionary(GetChildByTagForced(root, "DataDictionary"), true));
     for (DOMNode* child = GetFirstChildElt(root); child != nullptr; child = GetNextSiblingElt(child)) {
         for (std::string const& name : fElementNames) {
-            if (NameIs(child, name.c_str())) {
+            if (IsElementNamed(child, name.c_str())) {
                 auto* transformations =
                     static_cast<DOMElement*>(GetChildByTag(root, "TransformationDictionary"));
                 return Build(static_cast<DOMElement*>(child), std::move(inputs), transformations, encoding);

@@ -5,6 +5,7 @@
 
 #include <xercesc/dom/DOM.hpp>
 
+#include "plugins/common/FamilySupport.h"
 #include "plugins/common/FamilyTranslator.h"
 #include "plugins/common/RecordSlots.h"
 #include "vantry/values/ScoreDictionary.h"
@@ -30,11 +31,6 @@ Enum Choose(std::string const& text, std::pair<char const*, Enum> const (&table)
     ThrowFamilyError(260152, {text, attribute});
 }
 
-bool IsMiningField(DOMNode const* node) {
-    return node->getNodeType() == DOMNode::ELEMENT_NODE &&
-           BaseTranslator::IsEqual(node->getNodeName(), "MiningField");
-}
-
 MiningSchema::Usage UsageOf(std::string const& text) {
     if (text.empty() || text == "active") {
         return MiningSchema::Usage::kActive;
@@ -56,7 +52,7 @@ std::string MiningSchema::FirstTarget(DOMElement* schema, FamilyTranslator& tran
     for (DOMNode* child = BaseTranslator::GetFirstChildElt(schema); child != nullptr;
          child = BaseTranslator::GetNextSiblingElt(child)) {
         auto* field = static_cast<DOMElement*>(child);
-        if (IsMiningField(child) &&
+        if (IsElementNamed(child, "MiningField") &&
             UsageOf(translator.Text(BaseTranslator::GetAttribute(field, "usageType"))) == Usage::kTarget) {
             return translator.Text(BaseTranslator::GetAttribute(field, "name"));
         }
@@ -95,7 +91,7 @@ void MiningSchema::Read(DOMElement* schema, ScoreDictionary* inputs, FamilyTrans
     fFields.clear();
     for (DOMNode* child = BaseTranslator::GetFirstChildElt(schema); child != nullptr;
          child = BaseTranslator::GetNextSiblingElt(child)) {
-        if (!IsMiningField(child)) {
+        if (!IsElementNamed(child, "MiningField")) {
             continue;
         }
         auto* element = static_cast<DOMElement*>(child);

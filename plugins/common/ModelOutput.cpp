@@ -4,6 +4,7 @@
 
 #include "plugins/common/FamilyCase.h"
 #include "plugins/common/FamilyResult.h"
+#include "plugins/common/FamilySupport.h"
 #include "plugins/common/FamilyTranslator.h"
 #include "plugins/common/RecordSlots.h"
 #include "vantry/transform/TransformationDictionary.h"
@@ -16,10 +17,6 @@ XERCES_CPP_NAMESPACE_USE
 namespace QXVantry_920 {
 
 namespace {
-
-bool IsElement(DOMNode const* node, char const* name) {
-    return node->getNodeType() == DOMNode::ELEMENT_NODE && BaseTranslator::IsEqual(node->getNodeName(), name);
-}
 
 ModelOutput::Feature FeatureOf(std::string const& text) {
     static std::pair<char const*, ModelOutput::Feature> const kFeatures[] = {
@@ -38,31 +35,16 @@ ModelOutput::Feature FeatureOf(std::string const& text) {
     return ModelOutput::Feature::kUnsupported;
 }
 
-bool SameCategory(std::string const& a, std::string const& b) {
-    if (a == b) {
-        return true;
-    }
-    char* endA = nullptr;
-    char* endB = nullptr;
-    double const x = std::strtod(a.c_str(), &endA);
-    double const y = std::strtod(b.c_str(), &endB);
-    return !a.empty() && !b.empty() && *endA == 0 && *endB == 0 && x == y;
-}
-
 // The expression of an output field: its first child element other than "Extension" and "Decisions".
 DOMNode* ExpressionOf(DOMNode* field) {
     for (DOMNode* child = BaseTranslator::GetFirstChildElt(field); child != nullptr;
          child = BaseTranslator::GetNextSiblingElt(child)) {
-        if (!IsElement(child, "Extension") && !IsElement(child, "Decisions")) {
+        if (!IsElementNamed(child, "Extension") && !IsElementNamed(child, "Decisions")) {
             return child;
         }
     }
     return nullptr;
 }
-
-struct ReleaseNode {
-    void operator()(DOMNode* node) const { node->release(); }
-};
 
 void SetAttribute(DOMElement* element, char const* name, std::string const& value) {
     XMLCh* xmlName = XMLString::transcode(name);
@@ -81,7 +63,7 @@ void ModelOutput::Read(DOMElement* output, FamilyTranslator& translator) {
     fFields.clear();
     for (DOMNode* child = BaseTranslator::GetFirstChildElt(output); child != nullptr;
          child = BaseTranslator::GetNextSiblingElt(child)) {
-        if (!IsElement(child, "OutputField")) {
+        if (!IsElementNamed(child, "OutputField")) {
             continue;
         }
         auto* element = static_cast<DOMElement*>(child);
@@ -126,7 +108,7 @@ void ModelOutput::Resolve(DOMElement* output, std::vector<std::string> const& ca
     bool expressions = false;
     for (DOMNode* child = BaseTranslator::GetFirstChildElt(output); child != nullptr;
          child = BaseTranslator::GetNextSiblingElt(child)) {
-        if (!IsElement(child, "OutputField")) {
+        if (!IsElementNamed(child, "OutputField")) {
             continue;
         }
         Field const& field = fFields[index++];

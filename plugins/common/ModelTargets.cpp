@@ -6,6 +6,7 @@
 #include <xercesc/dom/DOM.hpp>
 
 #include "plugins/common/FamilyCase.h"
+#include "plugins/common/FamilySupport.h"
 #include "plugins/common/FamilyTranslator.h"
 #include "vantry/values/ScoreValue.h"
 
@@ -14,10 +15,6 @@ XERCES_CPP_NAMESPACE_USE
 namespace QXVantry_920 {
 
 namespace {
-
-bool IsElement(DOMNode const* node, char const* name) {
-    return node->getNodeType() == DOMNode::ELEMENT_NODE && BaseTranslator::IsEqual(node->getNodeName(), name);
-}
 
 bool ReadNumber(DOMElement const* element, char const* name, double& number) {
     XMLCh const* text = BaseTranslator::GetAttribute(element, name);
@@ -28,25 +25,13 @@ bool ReadNumber(DOMElement const* element, char const* name, double& number) {
     return true;
 }
 
-// Category texts match exactly, or as numbers when both read as numbers.
-bool SameCategory(std::string const& a, std::string const& b) {
-    if (a == b) {
-        return true;
-    }
-    char* endA = nullptr;
-    char* endB = nullptr;
-    double const x = std::strtod(a.c_str(), &endA);
-    double const y = std::strtod(b.c_str(), &endB);
-    return !a.empty() && !b.empty() && *endA == 0 && *endB == 0 && x == y;
-}
-
 }  // namespace
 
 void ModelTargets::Read(DOMElement* targets, FamilyTranslator& translator) {
     fTargets.clear();
     for (DOMNode* child = BaseTranslator::GetFirstChildElt(targets); child != nullptr;
          child = BaseTranslator::GetNextSiblingElt(child)) {
-        if (!IsElement(child, "Target")) {
+        if (!IsElementNamed(child, "Target")) {
             continue;
         }
         auto* element = static_cast<DOMElement*>(child);
@@ -68,7 +53,7 @@ void ModelTargets::Read(DOMElement* targets, FamilyTranslator& translator) {
         }
         for (DOMNode* node = BaseTranslator::GetFirstChildElt(element); node != nullptr;
              node = BaseTranslator::GetNextSiblingElt(node)) {
-            if (!IsElement(node, "TargetValue")) {
+            if (!IsElementNamed(node, "TargetValue")) {
                 continue;
             }
             auto* value = static_cast<DOMElement*>(node);
