@@ -67,9 +67,14 @@ ScoreValue const* TransformVar::GetTransformedValue(ScoreCaseRecord const* recor
         if (fExpression == TransformationDictionary::TE_CONSTANT) {
             return fResult;
         }
-        SetMissing(*fResult);
+        if (fResultIsNumber) {
+            static_cast<NumericValue*>(fResult)->SetDoubleValue(NumericValue::GetSysmisValue());
+        } else {
+            SetMissing(*fResult);
+        }
     } else {
         fResult = MakeMissingResult(type);
+        fResultIsNumber = type == kNUMERIC_VAR;
         if (fExpression == TransformationDictionary::TE_CONSTANT) {
             if (type == kNUMERIC_VAR) {
                 static_cast<NumericValue*>(fResult)->SetDoubleValue(NumericValue(fConstString).GetDouble());
@@ -154,10 +159,13 @@ ScoreValue const* TransformVar::GetTransformedValue(ScoreCaseRecord const* recor
         default:
             break;
     }
-    if (answer != nullptr && answer != fResult) {
+    if (answer == fNumericScratch && fResultIsNumber) {
+        // A number into a number: what SetValue does, without asking either for its kind.
+        static_cast<NumericValue*>(fResult)->SetDoubleValue(fNumericScratch->NumericValue::GetDouble());
+    } else if (answer != nullptr && answer != fResult) {
         fResult->SetValue(answer);
     }
-    if (ScoreValue::TypeOf(*fResult) == ScoreValue::STRING_VALUE && fWidth >= 0) {
+    if (!fResultIsNumber && ScoreValue::TypeOf(*fResult) == ScoreValue::STRING_VALUE && fWidth >= 0) {
         auto* text = static_cast<StringValue*>(fResult);
         if (text->GetString().size() > static_cast<size_t>(fWidth)) {
             text->SetString(text->GetString().substr(0, static_cast<size_t>(fWidth)));
