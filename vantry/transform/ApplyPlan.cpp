@@ -134,10 +134,16 @@ void TransformVar::ApplyPlan::Emit(int at, std::vector<Step>& program) const {
     }
     bool const arithmetic = node.binary != kNoOperator && !node.asMissing && !node.mapsMissing;
     if (arithmetic) {
-        // A constant or field second operand is read by the operator's step itself.
-        Emit(children[static_cast<size_t>(node.first)], program);
+        // A constant or field second operand is read by the operator's step itself, and so is a field
+        // first operand with a constant second one.
+        int const first = children[static_cast<size_t>(node.first)];
         int const second = children[static_cast<size_t>(node.first + 1)];
         Node const& operand = nodes[static_cast<size_t>(second)];
+        if (nodes[static_cast<size_t>(first)].kind == kField && operand.kind == kConstant) {
+            program.push_back({ArithmeticStep(node.binary, kFieldAndConstant), first, operand.constant});
+            return;
+        }
+        Emit(first, program);
         if (operand.kind == kConstant) {
             program.push_back({ArithmeticStep(node.binary, kConstantOperand), second, operand.constant});
         } else if (operand.kind == kField) {

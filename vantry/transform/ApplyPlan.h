@@ -55,20 +55,26 @@ struct TransformVar::ApplyPlan {
         kPlusStack,
         kPlusConstant,
         kPlusField,
+        kPlusFieldConstant,
         kMinusStack,
         kMinusConstant,
         kMinusField,
+        kMinusFieldConstant,
         kMultiplyStack,
         kMultiplyConstant,
         kMultiplyField,
+        kMultiplyFieldConstant,
         kDivideStack,
         kDivideConstant,
         kDivideField,
+        kDivideFieldConstant,
     };
-    enum Operand : std::uint8_t { kOnStack, kConstantOperand, kFieldOperand };
+    // The operands of an arithmetic step: both on the stack, the first on the stack and the second the
+    // step's constant or its field leaf, or the field leaf and the constant (pushing the result).
+    enum Operands : std::uint8_t { kOnStack, kConstantOperand, kFieldOperand, kFieldAndConstant };
 
-    static Op ArithmeticStep(Operator binary, Operand operand) {
-        return static_cast<Op>(kPlusStack + 3 * (binary - kPlus) + operand);
+    static Op ArithmeticStep(Operator binary, Operands operands) {
+        return static_cast<Op>(kPlusStack + 4 * (binary - kPlus) + operands);
     }
 
     struct Step {

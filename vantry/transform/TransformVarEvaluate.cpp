@@ -110,8 +110,12 @@ ScoreValue const* TransformVar::GetTransformedValue(ScoreCaseRecord const* recor
     }
     EvaluationGuard guard(fEvaluating);
 
-    ScoreValue const* value = ReadSource(record);
-    ResolveSource(dictionary, transformations);
+    // Both find nothing for an empty field name, which function trees have.
+    ScoreValue const* value = nullptr;
+    if (!fFieldName.empty()) {
+        value = ReadSource(record);
+        ResolveSource(dictionary, transformations);
+    }
     if (fExpression != TransformationDictionary::TE_APPLY && fSourceDerived != nullptr && value == nullptr) {
         value = fSourceDerived->GetTransformedValue(record, dictionary, transformations);
     }

@@ -83,7 +83,7 @@ ScoreValue const* TransformVar::Traverse(FunctionTree* node, ScoreCaseRecord con
         fPlan = ApplyPlan::Build(node);
     }
     fPlan->values = record != nullptr && typeid(*record) == typeid(CaseRecord)
-                        ? &static_cast<CaseRecord const*>(record)->GetAllValues()
+                        ? &static_cast<CaseRecord const*>(record)->CaseRecord::GetAllValues()
                         : nullptr;
     if (fPlan->nodes[0].kind == ApplyPlan::kNumeric) {
         fNumericScratch->SetDoubleValue(ComputeNumbers(0, record, dictionary, transformations));
@@ -192,6 +192,10 @@ double TransformVar::ComputeNumbers(int at, ScoreCaseRecord const* record, Score
                 top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kPlus>(
                     top[-1], FieldNumber(step.at, record, dictionary, transformations));
                 break;
+            case ApplyPlan::kPlusFieldConstant:
+                *top++ = ApplyPlan::Arithmetic<ApplyPlan::kPlus>(
+                    FieldNumber(step.at, record, dictionary, transformations), step.constant);
+                break;
             case ApplyPlan::kMinusStack:
                 --top;
                 top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kMinus>(top[-1], top[0]);
@@ -202,6 +206,10 @@ double TransformVar::ComputeNumbers(int at, ScoreCaseRecord const* record, Score
             case ApplyPlan::kMinusField:
                 top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kMinus>(
                     top[-1], FieldNumber(step.at, record, dictionary, transformations));
+                break;
+            case ApplyPlan::kMinusFieldConstant:
+                *top++ = ApplyPlan::Arithmetic<ApplyPlan::kMinus>(
+                    FieldNumber(step.at, record, dictionary, transformations), step.constant);
                 break;
             case ApplyPlan::kMultiplyStack:
                 --top;
@@ -214,6 +222,10 @@ double TransformVar::ComputeNumbers(int at, ScoreCaseRecord const* record, Score
                 top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kMultiply>(
                     top[-1], FieldNumber(step.at, record, dictionary, transformations));
                 break;
+            case ApplyPlan::kMultiplyFieldConstant:
+                *top++ = ApplyPlan::Arithmetic<ApplyPlan::kMultiply>(
+                    FieldNumber(step.at, record, dictionary, transformations), step.constant);
+                break;
             case ApplyPlan::kDivideStack:
                 --top;
                 top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kDivide>(top[-1], top[0]);
@@ -224,6 +236,10 @@ double TransformVar::ComputeNumbers(int at, ScoreCaseRecord const* record, Score
             case ApplyPlan::kDivideField:
                 top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kDivide>(
                     top[-1], FieldNumber(step.at, record, dictionary, transformations));
+                break;
+            case ApplyPlan::kDivideFieldConstant:
+                *top++ = ApplyPlan::Arithmetic<ApplyPlan::kDivide>(
+                    FieldNumber(step.at, record, dictionary, transformations), step.constant);
                 break;
             case ApplyPlan::kApply: {
                 int const count = fPlan->nodes[static_cast<size_t>(step.at)].count;
