@@ -8,8 +8,9 @@
 // without declared missing values) is read straight from the record. Every other node goes through the
 // general walk.
 //
-// The tree belongs to its variable and keeps its shape after SetRoot, which drops the plan. Internal to
-// the library.
+// The tree belongs to its variable and keeps its shape after SetRoot, which drops the plan. What a field
+// leaf learns about its variable is kept too, as the leaf's stats keep the variable itself: a dictionary's
+// variables keep their kind and missing values once cases are evaluated. Internal to the library.
 #pragma once
 
 #include <cstdint>

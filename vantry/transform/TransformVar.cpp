@@ -204,6 +204,7 @@ void TransformVar::FreeOwned() {
     delete fMapValues;
     fRoot = nullptr;
     fResult = nullptr;
+    fResultIsNumber = false;
     fNumericScratch = nullptr;
     fStringScratch = nullptr;
     fDateScratch = nullptr;

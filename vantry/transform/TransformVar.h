@@ -125,6 +125,14 @@ class VANTRY_EXPORT TransformVar : public DictVar {
                                                               ScoreCaseRecord const* record,
                                                               ScoreDictionary const* dictionary,
                                                               ScoreDictionary const* transformations);
+    // Whether the tree's root heads a group of functions of numbers (once the plan is built), and its
+    // number for the case, which the numeric scratch also takes.
+    VANTRY_TRANSFORM_INTERNAL bool HasNumericRoot() const;
+    VANTRY_TRANSFORM_INTERNAL double RootNumber(ScoreCaseRecord const* record,
+                                                ScoreDictionary const* dictionary,
+                                                ScoreDictionary const* transformations);
+    VANTRY_TRANSFORM_INTERNAL static std::vector<ScoreValue*> const* PlainValues(
+        ScoreCaseRecord const* record);
     // The number of a numeric region, of a plain numeric field, of one function on its arguments.
     VANTRY_TRANSFORM_INTERNAL double ComputeNumbers(int at, ScoreCaseRecord const* record,
                                                     ScoreDictionary const* dictionary,

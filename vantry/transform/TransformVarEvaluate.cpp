@@ -63,6 +63,14 @@ ScoreValue const* TransformVar::GetTransformedValue(ScoreCaseRecord const* recor
                                                     ScoreDictionary const* dictionary,
                                                     ScoreDictionary const* transformations) {
     VariableType const type = fVarType;
+    // The steady state of a numeric function tree headed by functions of numbers: its number goes
+    // straight into the result, as the steps below would put it there.
+    if (fResult != nullptr && fResultIsNumber && fExpression == TransformationDictionary::TE_APPLY &&
+        !fEvaluating && fFieldName.empty() && HasNumericRoot()) {
+        EvaluationGuard guard(fEvaluating);
+        static_cast<NumericValue*>(fResult)->SetDoubleValue(RootNumber(record, dictionary, transformations));
+        return fResult;
+    }
     if (fResult != nullptr) {
         if (fExpression == TransformationDictionary::TE_CONSTANT) {
             return fResult;

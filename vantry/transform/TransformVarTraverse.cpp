@@ -82,14 +82,30 @@ ScoreValue const* TransformVar::Traverse(FunctionTree* node, ScoreCaseRecord con
     if (!fPlan || fPlan->root != node) {
         fPlan = ApplyPlan::Build(node);
     }
-    fPlan->values = record != nullptr && typeid(*record) == typeid(CaseRecord)
-                        ? &static_cast<CaseRecord const*>(record)->CaseRecord::GetAllValues()
-                        : nullptr;
     if (fPlan->nodes[0].kind == ApplyPlan::kNumeric) {
-        fNumericScratch->SetDoubleValue(ComputeNumbers(0, record, dictionary, transformations));
+        fNumericScratch->SetDoubleValue(RootNumber(record, dictionary, transformations));
         return fNumericScratch;
     }
+    fPlan->values = PlainValues(record);
     return TraverseAt(0, record, dictionary, transformations);
+}
+
+bool TransformVar::HasNumericRoot() const {
+    return fRoot != nullptr && fPlan && fPlan->root == fRoot && fPlan->nodes[0].kind == ApplyPlan::kNumeric;
+}
+
+double TransformVar::RootNumber(ScoreCaseRecord const* record, ScoreDictionary const* dictionary,
+                                ScoreDictionary const* transformations) {
+    fPlan->values = PlainValues(record);
+    double const number = ComputeNumbers(0, record, dictionary, transformations);
+    fNumericScratch->SetDoubleValue(number);
+    return number;
+}
+
+std::vector<ScoreValue*> const* TransformVar::PlainValues(ScoreCaseRecord const* record) {
+    return record != nullptr && typeid(*record) == typeid(CaseRecord)
+               ? &static_cast<CaseRecord const*>(record)->CaseRecord::GetAllValues()
+               : nullptr;
 }
 
 ScoreValue const* TransformVar::TraverseAt(int at, ScoreCaseRecord const* record,
