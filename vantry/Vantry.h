@@ -30,6 +30,7 @@
 #include "vantry/text/VantryString.h"
 #include "vantry/text/VantryTranscoder.h"
 #include "vantry/transform/ApplyFrame.h"
+#include "vantry/transform/ApplyPlan.h"
 #include "vantry/transform/FieldAccess.h"
 #include "vantry/transform/FunctionSupport.h"
 #include "vantry/transform/FunctionTree.h"

@@ -5,6 +5,7 @@
 #include "tests/transform/EvaluationSupport.h"
 #include "vantry/transform/InlineTable.h"
 #include "vantry/transform/MapValues.h"
+#include "vantry/values/MissingValueSet.h"
 #include "vantry/values/Range.h"
 
 using namespace evaltest;
@@ -207,6 +208,63 @@ TEST(DerivedEvaluation, ApplyTreesHandleConditionsAndMissingArguments) {
                          row.expected)
             << (&row - rows);
     }
+}
+
+// Arithmetic trees take a faster road than the other functions; these rows pin what they must still do.
+TEST(DerivedEvaluation, ArithmeticKeepsTheMissingRulesOfEveryNode) {
+    auto inputs = Inputs({{"x", ScoreDictVar::kNUMERIC_VAR}, {"y", ScoreDictVar::kNUMERIC_VAR}});
+    // y declares -9 missing: a number like any other to the record, missing to the variable.
+    auto declared = std::make_unique<MissingValueSet>();
+    declared->Add(new Range(-9.0, -9.0, true, true));
+    inputs->GetVar("y")->SetMissingValues(declared.release());
+    auto apply = [](FunctionTree* root) {
+        auto variable = std::make_unique<TransformVar>("a", ScoreDictVar::kNUMERIC_VAR);
+        variable->AddFieldNameAndTransExpression("", TD::TE_APPLY);
+        variable->SetRoot(root);
+        return variable;
+    };
+    // "+" collects no arguments, so its mapMissingTo never applies; "*" collects both.
+    auto plusMapped = apply(Fn(TD::TF_PLUS, {Leaf("x"), Const(Num(1.0))}, {Num(42.0), Num(43.0)}));
+    auto timesMapped = apply(Fn(TD::TF_MULTIPLY, {Leaf("x"), Leaf("y")}, {Num(42.0)}));
+    // A field's own mapMissingTo feeds the operator.
+    auto fieldMapped = apply(Fn(TD::TF_MINUS, {Leaf("x", Num(10.0)), Leaf("y")}));
+    // A branch inside arithmetic, arithmetic inside the branch, and a division by zero treated asMissing.
+    auto nested = apply(Fn(TD::TF_PLUS, {Fn(TD::TF_IF, {Fn(TD::TF_GREATER_THAN, {Leaf("x"), Leaf("y")}),
+                                                        Fn(TD::TF_DIVIDE, {Leaf("x"), Leaf("y")})}),
+                                         Const(Num(0.5))}));
+    auto divideAsMissing = apply(
+        Fn(TD::TF_DIVIDE, {Leaf("x"), Leaf("y")}, {nullptr, Num(-1.0), ApplyNodeStats::IVT_AS_MISSING}));
+
+    struct Row {
+        TransformVar* variable;
+        double x;
+        double y;
+        double expected;
+    };
+    Row const rows[] = {
+        {plusMapped.get(), kSysmis, 0.0, kSysmis},
+        {plusMapped.get(), 2.0, 0.0, 3.0},
+        {timesMapped.get(), kSysmis, 3.0, 42.0},
+        {timesMapped.get(), 2.0, -9.0, 42.0},
+        {timesMapped.get(), 2.0, 3.0, 6.0},
+        {fieldMapped.get(), kSysmis, 4.0, 6.0},
+        {fieldMapped.get(), 5.0, -9.0, kSysmis},
+        {nested.get(), 6.0, 3.0, 2.5},
+        {nested.get(), 1.0, 3.0, 0.5},
+        {divideAsMissing.get(), 1.0, 0.0, -1.0},
+        {divideAsMissing.get(), 1.0, 4.0, 0.25},
+    };
+    for (Row const& row : rows) {
+        auto record = Record({{"x", Num(row.x)}, {"y", Num(row.y)}});
+        EXPECT_DOUBLE_EQ(NumberOf(row.variable->GetTransformedValue(record.get(), inputs.get(), nullptr)),
+                         row.expected)
+            << (&row - rows);
+    }
+
+    // A new tree replaces the old one at once.
+    plusMapped->SetRoot(Fn(TD::TF_MINUS, {Leaf("x"), Const(Num(1.0))}));
+    auto record = Record({{"x", Num(2.0)}, {"y", Num(0.0)}});
+    EXPECT_DOUBLE_EQ(NumberOf(plusMapped->GetTransformedValue(record.get(), inputs.get(), nullptr)), 1.0);
 }
 
 TEST(DerivedEvaluation, ApplyComparesTextsAndBuildsStrings) {

@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "vantry/transform/ApplyFrame.h"
+#include "vantry/transform/ApplyPlan.h"
 #include "vantry/transform/FunctionTree.h"
 #include "vantry/transform/MapValues.h"
 #include "vantry/values/DateTimeValue.h"
@@ -72,6 +73,7 @@ TransformVar::TransformVar(std::string const& name, VariableType type)
       fOutlierTreatment(0),
       fRoot(nullptr),
       fResult(nullptr),
+      fResultIsNumber(false),
       fNumericScratch(new NumericValue(NumericValue::GetSysmisValue())),
       fStringScratch(new StringValue()),
       fDateScratch(new DateTimeValue(NumericValue::GetSysmisValue(), DateTimeValue::DATETIME_VAL)),
@@ -109,6 +111,7 @@ TransformVar::TransformVar(TransformVar const& other)
       fConstString(other.fConstString),
       fRoot(nullptr),
       fResult(nullptr),
+      fResultIsNumber(false),
       fNumericScratch(nullptr),
       fStringScratch(nullptr),
       fDateScratch(nullptr),
@@ -186,6 +189,7 @@ void TransformVar::FreeOwned() {
         delete result;
     }
     fEncodingMap.clear();
+    fPlan.reset();
     delete fRoot;
     delete fResult;
     delete fNumericScratch;
@@ -200,6 +204,7 @@ void TransformVar::FreeOwned() {
     delete fMapValues;
     fRoot = nullptr;
     fResult = nullptr;
+    fResultIsNumber = false;
     fNumericScratch = nullptr;
     fStringScratch = nullptr;
     fDateScratch = nullptr;
@@ -258,6 +263,7 @@ TransformVar::TransExpression TransformVar::GetTransExpression() const {
 }
 
 void TransformVar::SetRoot(FunctionTree* root) {
+    fPlan.reset();
     ReplaceOwned(fRoot, root);
 }
 

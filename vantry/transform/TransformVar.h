@@ -108,17 +108,50 @@ class VANTRY_EXPORT TransformVar : public DictVar {
     double CalculateNormAsMissingValues(double x);
     bool IsOutOfContRange(double x);
 
+    // The function tree read once into plain nodes.
+    struct ApplyPlan;
+    // The helpers of evaluation below stay inside the library, where calls to them are direct.
+#define VANTRY_TRANSFORM_INTERNAL __attribute__((visibility("hidden")))
     // The per-depth scratch of the function-tree walk (numbers, kept values and texts of one node).
     struct ApplyFrame;
-    ScoreValue const* TraverseLeaf(FunctionTree* node, ScoreCaseRecord const* record,
-                                   ScoreDictionary const* dictionary, ScoreDictionary const* transformations);
-    ScoreValue const* TraverseInner(FunctionTree* node, ApplyFrame& frame, ScoreCaseRecord const* record,
-                                    ScoreDictionary const* dictionary,
-                                    ScoreDictionary const* transformations);
-    ScoreValue const* ReadSource(ScoreCaseRecord const* record);
-    void ResolveSource(ScoreDictionary const* dictionary, ScoreDictionary const* transformations);
+    // The walk over the plan: nodes are named by their index in it.
+    VANTRY_TRANSFORM_INTERNAL ScoreValue const* TraverseAt(int at, ScoreCaseRecord const* record,
+                                                           ScoreDictionary const* dictionary,
+                                                           ScoreDictionary const* transformations);
+    VANTRY_TRANSFORM_INTERNAL ScoreValue const* TraverseLeaf(int at, ScoreCaseRecord const* record,
+                                                             ScoreDictionary const* dictionary,
+                                                             ScoreDictionary const* transformations);
+    VANTRY_TRANSFORM_INTERNAL ScoreValue const* TraverseInner(int at, ApplyFrame& frame,
+                                                              ScoreCaseRecord const* record,
+                                                              ScoreDictionary const* dictionary,
+                                                              ScoreDictionary const* transformations);
+    // Whether the tree's root heads a group of functions of numbers (once the plan is built), and its
+    // number for the case, which the numeric scratch also takes.
+    VANTRY_TRANSFORM_INTERNAL bool HasNumericRoot() const;
+    VANTRY_TRANSFORM_INTERNAL double RootNumber(ScoreCaseRecord const* record,
+                                                ScoreDictionary const* dictionary,
+                                                ScoreDictionary const* transformations);
+    VANTRY_TRANSFORM_INTERNAL static std::vector<ScoreValue*> const* PlainValues(
+        ScoreCaseRecord const* record);
+    // The number of a numeric region, of a plain numeric field, of one function on its arguments.
+    VANTRY_TRANSFORM_INTERNAL double ComputeNumbers(int at, ScoreCaseRecord const* record,
+                                                    ScoreDictionary const* dictionary,
+                                                    ScoreDictionary const* transformations);
+    VANTRY_TRANSFORM_INTERNAL double FieldNumber(int at, ScoreCaseRecord const* record,
+                                                 ScoreDictionary const* dictionary,
+                                                 ScoreDictionary const* transformations);
+    VANTRY_TRANSFORM_INTERNAL bool ReadPlainNumber(int at, ScoreCaseRecord const* record,
+                                                   double& number) const;
+    VANTRY_TRANSFORM_INTERNAL double ApplyNumbers(int at, double const* arguments);
+    // A numeric function's result after its missing and invalid rules.
+    VANTRY_TRANSFORM_INTERNAL double SettleNumber(double number, std::vector<double> const& arguments,
+                                                  TransformFunction function, ApplyNodeStats const& stats);
+    VANTRY_TRANSFORM_INTERNAL ScoreValue const* ReadSource(ScoreCaseRecord const* record);
+    VANTRY_TRANSFORM_INTERNAL void ResolveSource(ScoreDictionary const* dictionary,
+                                                 ScoreDictionary const* transformations);
     ScoreValue const* BlockValue(size_t block, ScoreCaseRecord const* record,
                                  ScoreDictionary const* dictionary, ScoreDictionary const* transformations);
+#undef VANTRY_TRANSFORM_INTERNAL
     void ResetScratch(VariableType type);
     void FreeOwned();
 
@@ -136,6 +169,8 @@ class VANTRY_EXPORT TransformVar : public DictVar {
     std::string fConstString;
     FunctionTree* fRoot;
     ScoreValue* fResult;
+    // The result was made as a NumericValue (for a numeric variable).
+    bool fResultIsNumber;
     NumericValue* fNumericScratch;
     StringValue* fStringScratch;
     DateTimeValue* fDateScratch;
@@ -167,9 +202,10 @@ class VANTRY_EXPORT TransformVar : public DictVar {
     size_t fHistoryHead;
     std::vector<size_t> fBlockHeads;
     // Started afresh by a copy: the block fields' record slots, the walk's scratch frames with the
-    // current depth, and the guard against evaluating re-entrantly.
+    // current depth, the plan of the tree, and the guard against evaluating re-entrantly.
     std::vector<int> fBlockIndexes;
     std::vector<std::unique_ptr<ApplyFrame>> fFrames;
+    std::unique_ptr<ApplyPlan> fPlan;
     size_t fDepth;
     bool fEvaluating;
 };

@@ -63,13 +63,26 @@ ScoreValue const* TransformVar::GetTransformedValue(ScoreCaseRecord const* recor
                                                     ScoreDictionary const* dictionary,
                                                     ScoreDictionary const* transformations) {
     VariableType const type = fVarType;
+    // The steady state of a numeric function tree headed by functions of numbers: its number goes
+    // straight into the result, as the steps below would put it there.
+    if (fResult != nullptr && fResultIsNumber && fExpression == TransformationDictionary::TE_APPLY &&
+        !fEvaluating && fFieldName.empty() && HasNumericRoot()) {
+        EvaluationGuard guard(fEvaluating);
+        static_cast<NumericValue*>(fResult)->SetDoubleValue(RootNumber(record, dictionary, transformations));
+        return fResult;
+    }
     if (fResult != nullptr) {
         if (fExpression == TransformationDictionary::TE_CONSTANT) {
             return fResult;
         }
-        SetMissing(*fResult);
+        if (fResultIsNumber) {
+            static_cast<NumericValue*>(fResult)->SetDoubleValue(NumericValue::GetSysmisValue());
+        } else {
+            SetMissing(*fResult);
+        }
     } else {
         fResult = MakeMissingResult(type);
+        fResultIsNumber = type == kNUMERIC_VAR;
         if (fExpression == TransformationDictionary::TE_CONSTANT) {
             if (type == kNUMERIC_VAR) {
                 static_cast<NumericValue*>(fResult)->SetDoubleValue(NumericValue(fConstString).GetDouble());
@@ -105,8 +118,12 @@ ScoreValue const* TransformVar::GetTransformedValue(ScoreCaseRecord const* recor
     }
     EvaluationGuard guard(fEvaluating);
 
-    ScoreValue const* value = ReadSource(record);
-    ResolveSource(dictionary, transformations);
+    // Both find nothing for an empty field name, which function trees have.
+    ScoreValue const* value = nullptr;
+    if (!fFieldName.empty()) {
+        value = ReadSource(record);
+        ResolveSource(dictionary, transformations);
+    }
     if (fExpression != TransformationDictionary::TE_APPLY && fSourceDerived != nullptr && value == nullptr) {
         value = fSourceDerived->GetTransformedValue(record, dictionary, transformations);
     }
@@ -154,10 +171,13 @@ ScoreValue const* TransformVar::GetTransformedValue(ScoreCaseRecord const* recor
         default:
             break;
     }
-    if (answer != nullptr && answer != fResult) {
+    if (answer == fNumericScratch && fResultIsNumber) {
+        // A number into a number: what SetValue does, without asking either for its kind.
+        static_cast<NumericValue*>(fResult)->SetDoubleValue(fNumericScratch->NumericValue::GetDouble());
+    } else if (answer != nullptr && answer != fResult) {
         fResult->SetValue(answer);
     }
-    if (ScoreValue::TypeOf(*fResult) == ScoreValue::STRING_VALUE && fWidth >= 0) {
+    if (!fResultIsNumber && ScoreValue::TypeOf(*fResult) == ScoreValue::STRING_VALUE && fWidth >= 0) {
         auto* text = static_cast<StringValue*>(fResult);
         if (text->GetString().size() > static_cast<size_t>(fWidth)) {
             text->SetString(text->GetString().substr(0, static_cast<size_t>(fWidth)));

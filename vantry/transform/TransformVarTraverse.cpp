@@ -1,12 +1,16 @@
 // The evaluation of an "Apply" function tree: a depth-first walk, one call per node, children in order.
 // A node's numeric result lives in the variable's numeric scratch and a text result in its string
 // scratch, so a parent reads each child's value before it evaluates the next child. What a node must
-// keep across its children (numbers, compared values, texts) goes into the frame of its depth.
+// keep across its children (numbers, compared values, texts) goes into the frame of its depth. The walk
+// follows the tree's plan (ApplyPlan.h): functions of numbers alone pass plain doubles between them.
 #include <cmath>
 #include <exception>
+#include <typeinfo>
 
 #include "vantry/transform/ApplyFrame.h"
+#include "vantry/transform/ApplyPlan.h"
 #include "vantry/transform/FieldAccess.h"
+#include "vantry/transform/FunctionSupport.h"
 #include "vantry/transform/FunctionTree.h"
 #include "vantry/transform/TransformVar.h"
 #include "vantry/values/DateTimeValue.h"
@@ -19,38 +23,6 @@ namespace QXVantry_920 {
 namespace {
 
 using TD = TransformationDictionary;
-
-bool InRange(int fn, int low, int high) {
-    return fn >= low && fn <= high;
-}
-
-bool IsStringFunction(int fn) {
-    return InRange(fn, TD::TF_LOWERCASE, TD::TF_SUBSTRING);
-}
-
-bool IsDateFunction(int fn) {
-    return InRange(fn, TD::TF_DATE_YEARS_DIFFERENCE, TD::TF_SECOND_FROM_TIME);
-}
-
-bool IsPairComparison(int fn) {
-    return fn == TD::TF_EQUAL || fn == TD::TF_NOT_EQUAL;
-}
-
-bool IsSetTest(int fn) {
-    return fn == TD::TF_IS_IN || fn == TD::TF_IS_NOT_IN;
-}
-
-// Functions that collect all their numbers before computing.
-bool IsAccumulating(int fn) {
-    return InRange(fn, TD::TF_MINUS, TD::TF_DIVIDE) || InRange(fn, TD::TF_PRODUCT, TD::TF_VARIANCE) ||
-           fn == TD::TF_IDF_NORMAL || fn == TD::TF_PDF_NORMAL ||
-           InRange(fn, TD::TF_LESS_THAN, TD::TF_GREATER_OR_EQUAL) || InRange(fn, TD::TF_AND, TD::TF_NOT) ||
-           InRange(fn, TD::TF_NORMAL_CDF, TD::TF_STD_NORMAL_IDF);
-}
-
-bool IsCopyFunction(int fn) {
-    return fn == TD::TF_VALUE || fn == TD::TF_RECAST_TO_ORDINAL || fn == TD::TF_RECAST_TO_SCALE;
-}
 
 bool IsText(ScoreValue const* value) {
     return value != nullptr && ScoreValue::TypeOf(*value) == ScoreValue::STRING_VALUE;
@@ -107,8 +79,50 @@ ScoreValue const* TransformVar::Traverse(FunctionTree* node, ScoreCaseRecord con
         fNumericScratch->SetDoubleValue(NumericValue::GetSysmisValue());
         return fNumericScratch;
     }
-    if (node->IsLeaf()) {
-        return TraverseLeaf(node, record, dictionary, transformations);
+    if (!fPlan || fPlan->root != node) {
+        fPlan = ApplyPlan::Build(node);
+    }
+    if (fPlan->nodes[0].kind == ApplyPlan::kNumeric) {
+        fNumericScratch->SetDoubleValue(RootNumber(record, dictionary, transformations));
+        return fNumericScratch;
+    }
+    fPlan->values = PlainValues(record);
+    return TraverseAt(0, record, dictionary, transformations);
+}
+
+bool TransformVar::HasNumericRoot() const {
+    return fRoot != nullptr && fPlan && fPlan->root == fRoot && fPlan->nodes[0].kind == ApplyPlan::kNumeric;
+}
+
+double TransformVar::RootNumber(ScoreCaseRecord const* record, ScoreDictionary const* dictionary,
+                                ScoreDictionary const* transformations) {
+    fPlan->values = PlainValues(record);
+    double const number = ComputeNumbers(0, record, dictionary, transformations);
+    fNumericScratch->SetDoubleValue(number);
+    return number;
+}
+
+std::vector<ScoreValue*> const* TransformVar::PlainValues(ScoreCaseRecord const* record) {
+    return record != nullptr && typeid(*record) == typeid(CaseRecord)
+               ? &static_cast<CaseRecord const*>(record)->CaseRecord::GetAllValues()
+               : nullptr;
+}
+
+ScoreValue const* TransformVar::TraverseAt(int at, ScoreCaseRecord const* record,
+                                           ScoreDictionary const* dictionary,
+                                           ScoreDictionary const* transformations) {
+    switch (fPlan->nodes[static_cast<size_t>(at)].kind) {
+        case ApplyPlan::kNull:
+            fNumericScratch->SetDoubleValue(NumericValue::GetSysmisValue());
+            return fNumericScratch;
+        case ApplyPlan::kConstant:
+        case ApplyPlan::kField:
+            return TraverseLeaf(at, record, dictionary, transformations);
+        case ApplyPlan::kNumeric:
+            fNumericScratch->SetDoubleValue(ComputeNumbers(at, record, dictionary, transformations));
+            return fNumericScratch;
+        case ApplyPlan::kGeneral:
+            break;
     }
     if (fFrames.size() <= fDepth) {
         fFrames.push_back(std::make_unique<ApplyFrame>());
@@ -119,42 +133,238 @@ ScoreValue const* TransformVar::Traverse(FunctionTree* node, ScoreCaseRecord con
         size_t& depth;
         ~DepthGuard() { --depth; }
     } guard{fDepth};
-    return TraverseInner(node, frame, record, dictionary, transformations);
+    return TraverseInner(at, frame, record, dictionary, transformations);
 }
 
-ScoreValue const* TransformVar::TraverseLeaf(FunctionTree* node, ScoreCaseRecord const* record,
+// A plain numeric field with a value in the record: its number, or the field's missing replacement for the
+// system-missing number. False for any other field and when the record has no value there: the general
+// leaf handles those.
+inline bool TransformVar::ReadPlainNumber(int at, ScoreCaseRecord const* record, double& number) const {
+    ApplyPlan::Node const& node = fPlan->nodes[static_cast<size_t>(at)];
+    if (!node.plainNumber) {
+        return false;
+    }
+    ScoreValue const* value = nullptr;
+    if (std::vector<ScoreValue*> const* values = fPlan->values) {
+        if (node.index >= 0 && static_cast<size_t>(node.index) < values->size()) {
+            value = (*values)[static_cast<size_t>(node.index)];
+        }
+    } else if (node.index >= 0 && record != nullptr) {
+        value = record->Get(node.index);
+    }
+    if (value == nullptr) {
+        return false;
+    }
+    bool missing = false;
+    if (typeid(*value) == typeid(NumericValue)) {
+        number = static_cast<NumericValue const*>(value)->NumericValue::GetDouble();
+        missing = detail::IsSysmis(number);
+    } else {
+        missing = value->IsSystemMissingValue();
+        number = missing ? 0.0 : value->GetDouble();
+    }
+    if (missing) {
+        number = node.mapped != nullptr ? node.mapped->GetDouble() : detail::kSysmis;
+    }
+    return true;
+}
+
+// The number of a field leaf as a numeric parent reads it.
+inline double TransformVar::FieldNumber(int at, ScoreCaseRecord const* record,
+                                        ScoreDictionary const* dictionary,
+                                        ScoreDictionary const* transformations) {
+    double number = 0.0;
+    if (!ReadPlainNumber(at, record, number)) {
+        number = TraverseAt(at, record, dictionary, transformations)->GetDouble();
+    }
+    return number;
+}
+
+// A numeric region: its program pushes the numbers of the leaves and of the other nodes below it, and
+// each function replaces its children's numbers on the stack by its result.
+double TransformVar::ComputeNumbers(int at, ScoreCaseRecord const* record, ScoreDictionary const* dictionary,
+                                    ScoreDictionary const* transformations) {
+    ApplyPlan::Node& region = fPlan->nodes[static_cast<size_t>(at)];
+    double* top = region.stack.data();
+    for (ApplyPlan::Step const& step : region.program) {
+        switch (step.op) {
+            case ApplyPlan::kPushConstant:
+                *top++ = step.constant;
+                break;
+            case ApplyPlan::kPushField:
+                *top++ = FieldNumber(step.at, record, dictionary, transformations);
+                break;
+            case ApplyPlan::kPushOther:
+                *top++ = TraverseAt(step.at, record, dictionary, transformations)->GetDouble();
+                break;
+            case ApplyPlan::kPlusStack:
+                --top;
+                top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kPlus>(top[-1], top[0]);
+                break;
+            case ApplyPlan::kPlusConstant:
+                top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kPlus>(top[-1], step.constant);
+                break;
+            case ApplyPlan::kPlusField:
+                top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kPlus>(
+                    top[-1], FieldNumber(step.at, record, dictionary, transformations));
+                break;
+            case ApplyPlan::kPlusFieldConstant:
+                *top++ = ApplyPlan::Arithmetic<ApplyPlan::kPlus>(
+                    FieldNumber(step.at, record, dictionary, transformations), step.constant);
+                break;
+            case ApplyPlan::kMinusStack:
+                --top;
+                top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kMinus>(top[-1], top[0]);
+                break;
+            case ApplyPlan::kMinusConstant:
+                top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kMinus>(top[-1], step.constant);
+                break;
+            case ApplyPlan::kMinusField:
+                top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kMinus>(
+                    top[-1], FieldNumber(step.at, record, dictionary, transformations));
+                break;
+            case ApplyPlan::kMinusFieldConstant:
+                *top++ = ApplyPlan::Arithmetic<ApplyPlan::kMinus>(
+                    FieldNumber(step.at, record, dictionary, transformations), step.constant);
+                break;
+            case ApplyPlan::kMultiplyStack:
+                --top;
+                top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kMultiply>(top[-1], top[0]);
+                break;
+            case ApplyPlan::kMultiplyConstant:
+                top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kMultiply>(top[-1], step.constant);
+                break;
+            case ApplyPlan::kMultiplyField:
+                top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kMultiply>(
+                    top[-1], FieldNumber(step.at, record, dictionary, transformations));
+                break;
+            case ApplyPlan::kMultiplyFieldConstant:
+                *top++ = ApplyPlan::Arithmetic<ApplyPlan::kMultiply>(
+                    FieldNumber(step.at, record, dictionary, transformations), step.constant);
+                break;
+            case ApplyPlan::kDivideStack:
+                --top;
+                top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kDivide>(top[-1], top[0]);
+                break;
+            case ApplyPlan::kDivideConstant:
+                top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kDivide>(top[-1], step.constant);
+                break;
+            case ApplyPlan::kDivideField:
+                top[-1] = ApplyPlan::Arithmetic<ApplyPlan::kDivide>(
+                    top[-1], FieldNumber(step.at, record, dictionary, transformations));
+                break;
+            case ApplyPlan::kDivideFieldConstant:
+                *top++ = ApplyPlan::Arithmetic<ApplyPlan::kDivide>(
+                    FieldNumber(step.at, record, dictionary, transformations), step.constant);
+                break;
+            case ApplyPlan::kApply: {
+                int const count = fPlan->nodes[static_cast<size_t>(step.at)].count;
+                top -= count;
+                *top = ApplyNumbers(step.at, top);
+                ++top;
+                break;
+            }
+        }
+    }
+    return top[-1];
+}
+
+// A function of numbers alone, as the general walk computes it: the first number starts the result, a
+// single child goes through the one-argument form, the accumulating functions see all numbers at the end
+// and the others fold from the left. The four arithmetic operators on two numbers are written out.
+double TransformVar::ApplyNumbers(int at, double const* arguments) {
+    ApplyPlan::Node& node = fPlan->nodes[static_cast<size_t>(at)];
+    TransformFunction const fn = node.fn;
+    std::vector<double>& numbers = node.numbers;
+    numbers.clear();
+    double number = 0.0;
+    if (node.binary != ApplyPlan::kNoOperator) {
+        double const a = arguments[0];
+        double const b = arguments[1];
+        number = ApplyPlan::Arithmetic(node.binary, a, b);
+        if (!node.asMissing && !(node.mapsMissing && detail::IsSysmis(number))) {
+            return number;
+        }
+        // "+" folds and collects nothing; the others collect both numbers.
+        if (node.binary != ApplyPlan::kPlus) {
+            numbers.assign(arguments, arguments + 2);
+        }
+        return SettleNumber(number, numbers, fn, *node.stats);
+    }
+    bool const accumulating = (node.classes & ApplyPlan::kAccumulating) != 0;
+    for (int i = 0; i < node.count; ++i) {
+        double const x = arguments[i];
+        if (i == 0) {
+            number = node.count == 1 ? ApplyTransFunction(x, 0.0, fn) : x;
+        }
+        if (accumulating) {
+            numbers.push_back(x);
+        } else if (i > 0) {
+            number = ApplyTransFunction(number, x, fn);
+        }
+    }
+    if (accumulating) {
+        number = ApplyAccumulateFunction(numbers, fn);
+    }
+    if (!node.asMissing && !(node.mapsMissing && detail::IsSysmis(number))) {
+        return number;
+    }
+    return SettleNumber(number, numbers, fn, *node.stats);
+}
+
+// The missing and invalid rules change a result only when it is missing and the node maps missing values,
+// or when the node treats invalid results as missing; validity is judged only then.
+double TransformVar::SettleNumber(double number, std::vector<double> const& arguments,
+                                  TransformFunction function, ApplyNodeStats const& stats) {
+    bool const missing = detail::IsSysmis(number);
+    bool const asMissing = stats.GetInvalidValueTreatmentMethod() == ApplyNodeStats::IVT_AS_MISSING;
+    bool const mapsMissing = stats.GetRecodeMissValueRep() != nullptr || stats.GetDefaultValue() != nullptr;
+    if (!asMissing && !(missing && mapsMissing)) {
+        return number;
+    }
+    fNumericScratch->SetDoubleValue(number);
+    HandleMissingAndInvalidOfApply(arguments, function, fNumericScratch, stats, missing,
+                                   asMissing && !IsValidValue(fNumericScratch));
+    return fNumericScratch->GetDouble();
+}
+
+ScoreValue const* TransformVar::TraverseLeaf(int at, ScoreCaseRecord const* record,
                                              ScoreDictionary const* dictionary,
                                              ScoreDictionary const* transformations) {
-    FunctionTree const* parent = node->GetParent();
-    int const parentFn = parent != nullptr ? parent->GetNodeStats().GetTransformFunction() : TD::TF_UNKNOWN;
-    ApplyNodeStats const& cached = node->GetNodeStats();
-    if (cached.IsConstNode()) {
-        if (cached.GetValue() != nullptr) {
-            return cached.GetValue();
+    ApplyPlan::Node& node = fPlan->nodes[static_cast<size_t>(at)];
+    if (node.kind == ApplyPlan::kConstant) {
+        ScoreValue const* constant = node.tree->GetNodeStats().GetValue();
+        if (constant != nullptr) {
+            return constant;
         }
         fNumericScratch->SetDoubleValue(NumericValue::GetSysmisValue());
         return fNumericScratch;
     }
-    if (cached.GetVariable() == nullptr) {
-        ScoreDictVar const* variable = FindVariable(cached.GetParameterName(), dictionary, transformations);
-        if (variable == nullptr || record == nullptr) {
-            fNumericScratch->SetDoubleValue(NumericValue::GetSysmisValue());
-            return fNumericScratch;
+    if (!node.resolved) {
+        ApplyNodeStats const& cached = node.tree->GetNodeStats();
+        if (cached.GetVariable() == nullptr) {
+            ScoreDictVar const* variable =
+                FindVariable(cached.GetParameterName(), dictionary, transformations);
+            if (variable == nullptr || record == nullptr) {
+                fNumericScratch->SetDoubleValue(NumericValue::GetSysmisValue());
+                return fNumericScratch;
+            }
+            ApplyNodeStats resolved = cached;
+            resolved.SetVariable(variable);
+            resolved.SetVarIndex(record->GetIndex(cached.GetParameterName()));
+            node.tree->SetNodeStats(resolved);
         }
-        ApplyNodeStats resolved = cached;
-        resolved.SetVariable(variable);
-        resolved.SetVarIndex(record->GetIndex(cached.GetParameterName()));
-        node->SetNodeStats(resolved);
+        ApplyPlan::Resolve(node);
     }
-    ApplyNodeStats const& stats = node->GetNodeStats();
-    ScoreDictVar const* variable = stats.GetVariable();
+    ScoreDictVar const* variable = node.variable;
     VariableType const type = variable->GetVarType();
-    int const index = stats.GetVarIndex();
+    int const index = node.index;
     ScoreValue const* value = index >= 0 && record != nullptr ? record->Get(index) : nullptr;
 
     if (value != nullptr) {
-        if (parentFn != TD::TF_VALUE && parentFn != TD::TF_SYSMIS && variable->IsMissingValue(value)) {
-            ScoreValue const* mapped = stats.GetFieldrefRecodeMissValueRep();
+        if (node.parentFn != TD::TF_VALUE && node.parentFn != TD::TF_SYSMIS &&
+            (node.plainNumber ? value->IsSystemMissingValue() : variable->IsMissingValue(value))) {
+            ScoreValue const* mapped = node.mapped;
             ScoreValue::ValueType const valueType = ScoreValue::TypeOf(*value);
             if (type == kNUMERIC_VAR) {
                 fNumericScratch->SetDoubleValue(mapped != nullptr ? mapped->GetDouble()
@@ -202,16 +412,19 @@ ScoreValue const* TransformVar::TraverseLeaf(FunctionTree* node, ScoreCaseRecord
     return value;
 }
 
-ScoreValue const* TransformVar::TraverseInner(FunctionTree* node, ApplyFrame& frame,
-                                              ScoreCaseRecord const* record,
+ScoreValue const* TransformVar::TraverseInner(int at, ApplyFrame& frame, ScoreCaseRecord const* record,
                                               ScoreDictionary const* dictionary,
                                               ScoreDictionary const* transformations) {
-    ApplyNodeStats const& stats = node->GetNodeStats();
-    TransformFunction const fn = stats.GetTransformFunction();
-    int const count = node->GetChildCount();
-    bool const stringFn = IsStringFunction(fn);
-    bool const dateFn = IsDateFunction(fn);
-    bool const accumulating = IsAccumulating(fn);
+    ApplyPlan::Node const& node = fPlan->nodes[static_cast<size_t>(at)];
+    ApplyNodeStats const& stats = *node.stats;
+    TransformFunction const fn = node.fn;
+    int const count = node.count;
+    bool const stringFn = (node.classes & ApplyPlan::kString) != 0;
+    bool const dateFn = (node.classes & ApplyPlan::kDate) != 0;
+    bool const accumulating = (node.classes & ApplyPlan::kAccumulating) != 0;
+    bool const pairTest = (node.classes & ApplyPlan::kPairTest) != 0;
+    bool const setTest = (node.classes & ApplyPlan::kSetTest) != 0;
+    bool const copy = (node.classes & ApplyPlan::kCopy) != 0;
 
     frame.Clear();
     double number = 0.0;
@@ -224,9 +437,9 @@ ScoreValue const* TransformVar::TraverseInner(FunctionTree* node, ApplyFrame& fr
     ScoreValue const* last = nullptr;
 
     for (int i = 0; i < count; ++i) {
-        int unused = 0;
-        FunctionTree* child = node->GetChildAt(i);
-        ScoreValue const* v = Traverse(child, record, dictionary, transformations, unused);
+        int const childAt = fPlan->children[static_cast<size_t>(node.first + i)];
+        FunctionTree const* child = fPlan->nodes[static_cast<size_t>(childAt)].tree;
+        ScoreValue const* v = TraverseAt(childAt, record, dictionary, transformations);
         last = v;
 
         if (fn == TD::TF_IMPUTE_CAT_FIELD_MISSING) {
@@ -255,7 +468,7 @@ ScoreValue const* TransformVar::TraverseInner(FunctionTree* node, ApplyFrame& fr
                 return fNumericScratch;
             }
         }
-        if (i == 0 && IsSetTest(fn)) {
+        if (i == 0 && setTest) {
             ApplyFrame::Store(frame.tested, *v);
             frame.hasTested = true;
             continue;
@@ -311,7 +524,7 @@ ScoreValue const* TransformVar::TraverseInner(FunctionTree* node, ApplyFrame& fr
             }
             continue;
         }
-        if (IsCopyFunction(fn)) {
+        if (copy) {
             continue;
         }
         if (fn == TD::TF_MATCHES) {
@@ -319,6 +532,11 @@ ScoreValue const* TransformVar::TraverseInner(FunctionTree* node, ApplyFrame& fr
             continue;
         }
 
+        if (pairTest || setTest) {
+            // The compared values decide; their numbers are not read.
+            frame.Keep(*v);
+            continue;
+        }
         double const x = v->GetDouble();
         if (i == 0) {
             number = x;
@@ -339,8 +557,6 @@ ScoreValue const* TransformVar::TraverseInner(FunctionTree* node, ApplyFrame& fr
             } else {
                 frame.numbers.push_back(x);
             }
-        } else if (IsPairComparison(fn) || IsSetTest(fn)) {
-            frame.Keep(*v);
         } else if (i > 0) {
             number = dateFn ? ApplyDateTimeFunction(frame.hasDate ? &frame.date : nullptr, x, fn)
                             : ApplyTransFunction(number, x, fn);
@@ -369,7 +585,7 @@ ScoreValue const* TransformVar::TraverseInner(FunctionTree* node, ApplyFrame& fr
         fStringScratch->SetLength(length);
         return fStringScratch;
     }
-    if (IsCopyFunction(fn)) {
+    if (copy) {
         if (last == nullptr) {
             fNumericScratch->SetDoubleValue(NumericValue::GetSysmisValue());
             return fNumericScratch;
@@ -402,9 +618,9 @@ ScoreValue const* TransformVar::TraverseInner(FunctionTree* node, ApplyFrame& fr
         fNumericScratch->SetDoubleValue(NumericValue::GetSysmisValue());
         return fNumericScratch;
     }
-    if (IsPairComparison(fn)) {
+    if (pairTest) {
         number = PairTest(fn, frame.kept, frame.keptCount);
-    } else if (IsSetTest(fn)) {
+    } else if (setTest) {
         number = SetTest(fn, frame.kept, frame.keptCount, frame.hasTested ? frame.tested.get() : nullptr);
     } else if (fn == TD::TF_MATCHES) {
         number = TD::Matches(frame.texts);
@@ -414,9 +630,7 @@ ScoreValue const* TransformVar::TraverseInner(FunctionTree* node, ApplyFrame& fr
         fStringScratch->SetLength(length);
         return fStringScratch;
     }
-    fNumericScratch->SetDoubleValue(number);
-    HandleMissingAndInvalidOfApply(numbers, fn, fNumericScratch, stats,
-                                   fNumericScratch->IsSystemMissingValue(), !IsValidValue(fNumericScratch));
+    fNumericScratch->SetDoubleValue(SettleNumber(number, numbers, fn, stats));
     return fNumericScratch;
 }
 
@@ -427,14 +641,11 @@ bool TransformVar::HandleMissingAndInvalidOfApply(std::vector<double> const& arg
     if (result == nullptr) {
         return false;
     }
+    // Arguments are looked at only for a missing result, and only when there are two or more.
     bool argumentMissing = false;
-    if (arguments.size() >= 2) {
-        for (double argument : arguments) {
-            if (std::fabs(argument - NumericValue::GetSysmisValue()) < 2.22045e-14) {
-                argumentMissing = true;
-                break;
-            }
-        }
+    for (size_t i = 0; resultIsMissing && arguments.size() >= 2 && !argumentMissing && i < arguments.size();
+         ++i) {
+        argumentMissing = std::fabs(arguments[i] - NumericValue::GetSysmisValue()) < 2.22045e-14;
     }
     if (resultIsMissing && argumentMissing) {
         ScoreValue const* mapped = stats.GetRecodeMissValueRep();

@@ -1,6 +1,7 @@
 #include "vantry/transform/TransformationDictionary.h"
 
 #include <memory>
+#include <typeinfo>
 
 #include "vantry/transform/TransformVar.h"
 
@@ -41,6 +42,11 @@ ScoreDictVar::DateTimeType RecordTypeOf(DateTimeValue::DateTimeValType type) {
     }
 }
 
+bool IsComputed(std::vector<bool> const& computed, ScoreDictVar const* variable) {
+    int const index = variable->GetValueIndex();
+    return index >= 0 && static_cast<size_t>(index) < computed.size() && computed[static_cast<size_t>(index)];
+}
+
 void MarkComputed(std::vector<bool>& computed, ScoreDictVar const* variable) {
     if (variable == nullptr) {
         return;
@@ -54,6 +60,9 @@ void MarkComputed(std::vector<bool>& computed, ScoreDictVar const* variable) {
 // Writes a derived value into its slot by the value's kind: a number, a date-time with its kind, or text
 // (text only once the record is set up).
 bool WriteValue(CaseRecord& record, int slot, ScoreValue const& value, bool textAllowed) {
+    if (typeid(value) == typeid(NumericValue)) {
+        return record.SetValue(slot, static_cast<NumericValue const&>(value).NumericValue::GetDouble());
+    }
     switch (ScoreValue::TypeOf(value)) {
         case ScoreValue::NUMERIC_VALUE:
             return record.SetValue(slot, value.GetDouble());
@@ -153,7 +162,7 @@ ScoreCaseRecord const* TransformationDictionary::GetValuesForDerivedVars(ScoreCa
     }
     for (size_t i = 0; i < fOrder.size(); ++i) {
         TransformVar* variable = fOrder[i].first;
-        if (variable == nullptr || IsVarValueComputed(variable)) {
+        if (variable == nullptr || IsComputed(fComputed, variable)) {
             continue;
         }
         ScoreValue const* value = variable->GetTransformedValue(record, dictionary, this);
@@ -167,12 +176,7 @@ ScoreCaseRecord const* TransformationDictionary::GetValuesForDerivedVars(ScoreCa
 }
 
 bool TransformationDictionary::IsVarValueComputed(ScoreDictVar const* variable) const {
-    if (variable == nullptr) {
-        return false;
-    }
-    int index = variable->GetValueIndex();
-    return index >= 0 && static_cast<size_t>(index) < fComputed.size() &&
-           fComputed[static_cast<size_t>(index)];
+    return variable != nullptr && IsComputed(fComputed, variable);
 }
 
 ScoreValue const* TransformationDictionary::GetVarValue(std::string const& name) const {
