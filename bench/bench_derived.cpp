@@ -23,31 +23,7 @@
 #include "vantry/values/ScoreCaseRecord.h"
 #include "vantry/values/ScoreDictionary.h"
 
-namespace {
-
-size_t gAllocations = 0;
-
-}  // namespace
-
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-
-void* operator new(size_t size) {
-    ++gAllocations;
-    if (void* p = std::malloc(size == 0 ? 1 : size)) {
-        return p;
-    }
-    throw std::bad_alloc();
-}
-
-void operator delete(void* p) noexcept {
-    std::free(p);
-}
-void operator delete(void* p, size_t) noexcept {
-    std::free(p);
-}
-
-#pragma GCC diagnostic pop
+#include "CountingAllocator.h"
 
 namespace {
 
