@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include "vantry/diagnostics/VTException.h"
 #include "vantry/factory/ModelFactory.h"
 #include "vantry/factory/ResultField.h"
 #include "vantry/factory/ScoreModel.h"
@@ -28,17 +29,69 @@ inline std::vector<std::string> const& Catalogue() {
     return names;
 }
 
-inline std::string Fixture(std::string const& name) {
-    char const* root = std::getenv("VANTRY_FIXTURES");
-    std::ifstream in(std::string(root != nullptr ? root : "tests/fixtures") + "/families/" + name);
+inline std::string ReadText(std::string const& path) {
+    std::ifstream in(path, std::ios::binary);
     std::stringstream text;
     text << in.rdbuf();
     return text.str();
 }
 
+inline std::string Fixture(std::string const& name) {
+    char const* root = std::getenv("VANTRY_FIXTURES");
+    return ReadText(std::string(root != nullptr ? root : "tests/fixtures") + "/families/" + name);
+}
+
 inline std::unique_ptr<ScoreModel> Load(std::string const& document) {
     std::istringstream stream(document);
     return std::unique_ptr<ScoreModel>(ModelFactory::MakeModelFromXML(stream, Catalogue(), ""));
+}
+
+// The code of the VTException that loading the document throws, 0 if it loads.
+inline long RefusalCode(std::string const& document) {
+    try {
+        Load(document);
+    } catch (VTException const& error) {
+        return error.GetErrorCode();
+    }
+    return 0;
+}
+
+// The first occurrence of each `from` replaced by its `to`.
+inline std::string Edited(std::string text, std::vector<std::pair<std::string, std::string>> const& edits) {
+    for (auto const& [from, to] : edits) {
+        std::size_t const at = text.find(from);
+        if (at != std::string::npos) {
+            text.replace(at, from.size(), to);
+        }
+    }
+    return text;
+}
+
+// The cells of a comma-separated text, row by row; a line ending in a comma has an empty last cell.
+inline std::vector<std::vector<std::string>> ReadCsv(std::string const& text) {
+    std::vector<std::vector<std::string>> rows;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        if (!line.empty() && line.back() == '\r') {
+            line.pop_back();
+        }
+        std::vector<std::string> cells;
+        std::istringstream fields(line);
+        for (std::string cell; std::getline(fields, cell, ',');) {
+            cells.push_back(cell);
+        }
+        if (!line.empty() && line.back() == ',') {
+            cells.emplace_back();
+        }
+        rows.push_back(cells);
+    }
+    return rows;
+}
+
+inline bool IsNumber(std::string const& text, double& x) {
+    char* end = nullptr;
+    x = std::strtod(text.c_str(), &end);
+    return !text.empty() && *end == 0;
 }
 
 // One input: a number, a text, or missing (an empty text on a numeric field stays missing).
