@@ -32,17 +32,16 @@ class Corpus : public ::testing::TestWithParam<CorpusCase> {};
 
 TEST_P(Corpus, MatchesTheProducersOutputs) {
     std::string const name = GetParam().name;
-    std::unique_ptr<ScoreModel> model = Load(Fixture(name + ".pmml"));
-    ASSERT_NE(model, nullptr);
-    std::vector<std::string> const outputs = model->GetResultDictionary()->GetVarNames();
+    Scorer scorer(Fixture(name + ".pmml"));
+    ScoreModel const& model = scorer.Model();
+    std::vector<std::string> const outputs = model.GetResultDictionary()->GetVarNames();
     auto const inputs = ReadCsv(Fixture(name + ".input.csv"));
     auto const expected = ReadCsv(Fixture(name + ".expected.csv"));
     ASSERT_EQ(inputs.size(), expected.size());
-    Scorer scorer(model.get());
     for (std::size_t row = 1; row < inputs.size(); ++row) {
         std::vector<Input> values;
         for (std::size_t i = 0; i < inputs[0].size() && i < inputs[row].size(); ++i) {
-            ScoreDictVar const* variable = model->GetDictionary()->GetVar(inputs[0][i]);
+            ScoreDictVar const* variable = model.GetDictionary()->GetVar(inputs[0][i]);
             std::string const& text = inputs[row][i];
             double x = 0.0;
             if (variable != nullptr && !text.empty() && text != "NA") {
@@ -117,10 +116,8 @@ TEST(TreeCorpus, WorkedExamplesOfEachMissingValueStrategy) {
     };
     for (Row const& row : rows) {
         SCOPED_TRACE(row.strategy);
-        std::unique_ptr<ScoreModel> model(
-            Load(Edited(document, {{"missingValueStrategy=\"weightedConfidence\"",
-                                    std::string("missingValueStrategy=\"") + row.strategy + "\""}})));
-        Scorer scorer(model.get());
+        Scorer scorer(Edited(document, {{"missingValueStrategy=\"weightedConfidence\"",
+                                         std::string("missingValueStrategy=\"") + row.strategy + "\""}}));
         scorer.Score(row.inputs);
         EXPECT_EQ(scorer.TextOf("whatIdo"), row.predicted);
         if (*row.predicted != 0) {

@@ -1,10 +1,12 @@
 // Scoring documents through the factory and the shipped plug-ins, as a host does.
 #pragma once
 
+#include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -110,14 +112,21 @@ inline Input Text(std::string name, std::string text) {
     return Input{std::move(name), std::move(text), false};
 }
 
-// A model with a record, a result and result fields, as a host keeps them.
+// A model with a record, a result and result fields, as a host keeps them. A model that does not come
+// (a null one) fails the test by an exception.
 class Scorer {
   public:
     explicit Scorer(ScoreModel* model)
-        : fModel(model), fRecord(model->MakeCaseRecord()), fResult(model->MakeResult()) {}
+        : fModel(Checked(model)), fRecord(fModel->MakeCaseRecord()), fResult(fModel->MakeResult()) {}
+    // Owns the model of the document.
+    explicit Scorer(std::string const& document)
+        : fOwned(Load(document)),
+          fModel(Checked(fOwned.get())),
+          fRecord(fModel->MakeCaseRecord()),
+          fResult(fModel->MakeResult()) {}
 
-    // Scores one case (unset inputs missing) and answers the status code.
-    long Score(std::vector<Input> const& inputs) {
+    // Scores one case (unset inputs missing) and fills the result fields.
+    Scorer& Score(std::vector<Input> const& inputs) {
         for (std::string const& name : fRecord->GetVarNames(true)) {
             ScoreDictVar const* variable = fModel->GetDictionary()->GetVar(name);
             if (variable != nullptr && variable->IsString()) {
@@ -133,10 +142,11 @@ class Scorer {
                 Put(input.name, new StringValue(input.text));
             }
         }
-        long const code = fModel->Score(fRecord.get(), fResult.get()).GetErrorCode();
+        fStatus = fModel->Score(fRecord.get(), fResult.get()).GetErrorCode();
         fModel->FillResultFields(fResult.get(), &fFields);
-        return code;
+        return *this;
     }
+    long Status() const { return fStatus; }
 
     // The output's value as text ("" for missing), or its number.
     std::string TextOf(std::string const& name) const {
@@ -151,18 +161,41 @@ class Scorer {
         return value == nullptr ? NumericValue::GetSysmisValue() : value->GetDouble();
     }
     bool IsMissing(std::string const& name) const { return TextOf(name).empty(); }
+
+    // The result's own prediction; null when it is missing (the missing number or an empty text).
+    ScoreValue const* Prediction() const {
+        ScoreValue const* value = fResult->GetResultValue();
+        bool const missing =
+            value == nullptr || value->IsSystemMissingValue() ||
+            (ScoreValue::TypeOf(*value) == ScoreValue::STRING_VALUE && ScoreValue::TextOf(*value).empty());
+        return missing ? nullptr : value;
+    }
+    double Probability(std::string const& category) const {
+        auto const* classification = dynamic_cast<ScoreClsResult const*>(fResult.get());
+        StringValue const value(category);
+        return classification == nullptr ? std::nan("") : classification->GetProbabilityOfValue(&value);
+    }
+    ScoreModel& Model() const { return *fModel; }
     ScoreResult const* Result() const { return fResult.get(); }
 
   private:
+    static ScoreModel* Checked(ScoreModel* model) {
+        if (model == nullptr) {
+            throw std::runtime_error("the document gives no model");
+        }
+        return model;
+    }
     void Put(std::string const& name, ScoreValue* value) {
         fRecord->Remove(name);
         fRecord->Add(name, value);
     }
 
+    std::unique_ptr<ScoreModel> fOwned;
     ScoreModel* fModel;
     std::unique_ptr<ScoreCaseRecord> fRecord;
     std::unique_ptr<ScoreResult> fResult;
     ResultField fFields;
+    long fStatus = 0;
 };
 
 }  // namespace families

@@ -30,48 +30,28 @@ std::string Document(std::string const& name, std::string const& method,
     return Edited(Fixture(name), all);
 }
 
-// One model with its record and result; inputs given as NaN are missing.
-class Ensemble {
-  public:
-    explicit Ensemble(std::string const& document)
-        : fModel(Load(document)), fRecord(fModel->MakeCaseRecord()), fResult(fModel->MakeResult()) {}
+// A case of numbers by name; NaN, like a name not given, is missing.
+using Case = std::vector<std::pair<char const*, double>>;
 
-    ScoreValue const* Score(std::vector<std::pair<char const*, double>> const& inputs) {
-        for (auto const& input : inputs) {
-            if (std::isnan(input.second))
-                fRecord->SetMissingValue(input.first);
-            else
-                fRecord->SetValue(input.first, input.second);
+Scorer& Score(Scorer& scorer, Case const& numbers) {
+    std::vector<Input> inputs;
+    for (auto const& [name, x] : numbers) {
+        if (!std::isnan(x)) {
+            inputs.push_back(Num(name, x));
         }
-        fModel->Score(fRecord.get(), fResult.get());
-        ScoreValue const* value = fResult->GetResultValue();
-        if (value == nullptr || value->IsSystemMissingValue() ||
-            (ScoreValue::TypeOf(*value) == ScoreValue::STRING_VALUE && ScoreValue::TextOf(*value).empty()))
-            return nullptr;
-        return value;
     }
-    // The prediction as a number; NaN for a missing one.
-    double Number(std::vector<std::pair<char const*, double>> const& inputs) {
-        ScoreValue const* value = Score(inputs);
-        return value == nullptr ? kMissing : value->GetDouble();
-    }
-    std::string Text(std::vector<std::pair<char const*, double>> const& inputs) {
-        ScoreValue const* value = Score(inputs);
-        return value == nullptr ? std::string() : ScoreValue::TextOf(*value);
-    }
-    double Probability(std::string const& category) const {
-        auto const* classification = dynamic_cast<ScoreClsResult const*>(fResult.get());
-        StringValue value(category);
-        return classification == nullptr ? kMissing : classification->GetProbabilityOfValue(&value);
-    }
-    ScoreModel& Model() { return *fModel; }
-    ScoreResult const* Result() const { return fResult.get(); }
+    return scorer.Score(inputs);
+}
 
-  private:
-    std::unique_ptr<ScoreModel> fModel;
-    std::unique_ptr<ScoreCaseRecord> fRecord;
-    std::unique_ptr<ScoreResult> fResult;
-};
+// The prediction as a number (NaN for a missing one) or as text ("" for a missing one).
+double Number(Scorer& scorer, Case const& numbers) {
+    ScoreValue const* value = Score(scorer, numbers).Prediction();
+    return value == nullptr ? kMissing : value->GetDouble();
+}
+std::string Text(Scorer& scorer, Case const& numbers) {
+    ScoreValue const* value = Score(scorer, numbers).Prediction();
+    return value == nullptr ? std::string() : ScoreValue::TextOf(*value);
+}
 
 void ExpectNumber(double expected, double actual, std::string const& what) {
     if (std::isnan(expected))
@@ -96,9 +76,9 @@ TEST(MiningModelTest, RegressionMethodsCombineTheSegmentsWhosePredicatesHold) {
         {"selectAll", 3, 0},         {"modelChain", 4.5, 4.5},
     };
     for (Row const& row : rows) {
-        Ensemble scorer(Document("MiningRegression.pmml", row.method));
-        ExpectNumber(row.both, scorer.Number({{"x", 2}, {"z", 4}}), row.method);
-        ExpectNumber(row.withoutSecond, scorer.Number({{"x", -1}, {"z", 4}}), row.method);
+        Scorer scorer(Document("MiningRegression.pmml", row.method));
+        ExpectNumber(row.both, Number(scorer, {{"x", 2}, {"z", 4}}), row.method);
+        ExpectNumber(row.withoutSecond, Number(scorer, {{"x", -1}, {"z", 4}}), row.method);
     }
 }
 
@@ -126,10 +106,10 @@ TEST(MiningModelTest, ClassificationMethodsCombineVotesAndDistributions) {
         {"modelChain", "a", 0.5, "a", 0.5},
     };
     for (Row const& row : rows) {
-        Ensemble scorer(Document("MiningClassification.pmml", row.method));
-        EXPECT_EQ(scorer.Text({{"x", 0}, {"z", 0}}), row.first) << row.method;
+        Scorer scorer(Document("MiningClassification.pmml", row.method));
+        EXPECT_EQ(Text(scorer, {{"x", 0}, {"z", 0}}), row.first) << row.method;
         EXPECT_NEAR(scorer.Probability(row.first), row.firstProbability, 1e-9) << row.method;
-        EXPECT_EQ(scorer.Text({{"x", 2}, {"z", 0}}), row.second) << row.method;
+        EXPECT_EQ(Text(scorer, {{"x", 2}, {"z", 0}}), row.second) << row.method;
         EXPECT_NEAR(scorer.Probability(row.second), row.secondProbability, 1e-9) << row.method;
     }
 }
@@ -156,47 +136,43 @@ TEST(MiningModelTest, MissingPredictionsFollowTheTreatmentAndThreshold) {
         {"modelChain", "skipSegment", "1", 4},
     };
     for (Row const& row : rows) {
-        Ensemble scorer(Document("MiningRegression.pmml", row.method, row.treatment, row.threshold));
-        ExpectNumber(row.expected, scorer.Number({{"x", 2}, {"z", kMissing}}),
+        Scorer scorer(Document("MiningRegression.pmml", row.method, row.treatment, row.threshold));
+        ExpectNumber(row.expected, Number(scorer, {{"x", 2}, {"z", kMissing}}),
                      std::string(row.method) + " " + row.treatment + " " + row.threshold);
     }
 
     // At x = 4 the third tree has no prediction: a missing vote loses to two votes for b, while an
     // average under "continue" has no answer.
-    Ensemble votes(Document("MiningClassification.pmml", "majorityVote"));
-    EXPECT_EQ(votes.Text({{"x", 4}, {"z", 0}}), "b");
+    Scorer votes(Document("MiningClassification.pmml", "majorityVote"));
+    EXPECT_EQ(Text(votes, {{"x", 4}, {"z", 0}}), "b");
     EXPECT_NEAR(votes.Probability("b"), 2.0 / 3, 1e-9);
-    Ensemble strict(Document("MiningClassification.pmml", "majorityVote", "returnMissing"));
-    EXPECT_EQ(strict.Text({{"x", 4}, {"z", 0}}), "");
-    Ensemble skipping(Document("MiningClassification.pmml", "average", "skipSegment"));
-    EXPECT_EQ(skipping.Text({{"x", 4}, {"z", 0}}), "b");
+    Scorer strict(Document("MiningClassification.pmml", "majorityVote", "returnMissing"));
+    EXPECT_EQ(Text(strict, {{"x", 4}, {"z", 0}}), "");
+    Scorer skipping(Document("MiningClassification.pmml", "average", "skipSegment"));
+    EXPECT_EQ(Text(skipping, {{"x", 4}, {"z", 0}}), "b");
     EXPECT_NEAR(skipping.Probability("b"), 0.65, 1e-9);
-    Ensemble continuing(Document("MiningClassification.pmml", "average", "continue"));
-    EXPECT_EQ(continuing.Text({{"x", 4}, {"z", 0}}), "");
+    Scorer continuing(Document("MiningClassification.pmml", "average", "continue"));
+    EXPECT_EQ(Text(continuing, {{"x", 4}, {"z", 0}}), "");
 }
 
 TEST(MiningModelTest, ChainPassesOutputsToLaterSegmentsAndAnswersWithTheLastThatApplies) {
-    Ensemble scorer(Fixture("MiningChain.pmml"));
+    Scorer scorer(Fixture("MiningChain.pmml"));
     // 2 (1 + x) + x.
-    EXPECT_DOUBLE_EQ(scorer.Number({{"x", 1}}), 5);
-    EXPECT_DOUBLE_EQ(scorer.Number({{"x", -3}}), -7);
-    EXPECT_DOUBLE_EQ(scorer.Number({{"x", 20}}), 100);
+    EXPECT_DOUBLE_EQ(Number(scorer, {{"x", 1}}), 5);
+    EXPECT_DOUBLE_EQ(Number(scorer, {{"x", -3}}), -7);
+    EXPECT_DOUBLE_EQ(Number(scorer, {{"x", 20}}), 100);
     // The output of the case before does not linger.
-    EXPECT_TRUE(std::isnan(scorer.Number({{"x", kMissing}})));
-    EXPECT_DOUBLE_EQ(scorer.Number({{"x", 0}}), 2);
+    EXPECT_TRUE(std::isnan(Number(scorer, {{"x", kMissing}})));
+    EXPECT_DOUBLE_EQ(Number(scorer, {{"x", 0}}), 2);
 }
 
 TEST(MiningModelTest, NestedMiningModelReadsTheTopModelsDerivedFields) {
-    Ensemble scorer(Fixture("MiningNested.pmml"));
-    ResultField fields;
+    Scorer scorer(Fixture("MiningNested.pmml"));
     // x < 0: (2x + 1) + 10 from the nested sum.
-    EXPECT_DOUBLE_EQ(scorer.Number({{"x", -2}}), 7);
-    scorer.Model().FillResultFields(scorer.Result(), &fields);
-    ASSERT_NE(fields.GetResultValue("segment"), nullptr);
-    EXPECT_EQ(ScoreValue::TextOf(*fields.GetResultValue("segment")), "negative");
-    EXPECT_DOUBLE_EQ(scorer.Number({{"x", 3}}), 6);
-    scorer.Model().FillResultFields(scorer.Result(), &fields);
-    EXPECT_EQ(ScoreValue::TextOf(*fields.GetResultValue("segment")), "other");
+    EXPECT_DOUBLE_EQ(Number(scorer, {{"x", -2}}), 7);
+    EXPECT_EQ(scorer.TextOf("segment"), "negative");
+    EXPECT_DOUBLE_EQ(Number(scorer, {{"x", 3}}), 6);
+    EXPECT_EQ(scorer.TextOf("segment"), "other");
 }
 
 TEST(MiningModelTest, BadSegmentationsAreRefused) {
@@ -244,7 +220,7 @@ TEST(MiningModelTest, RandomForestOfTheCorpusLoadsFastAndScoresAsExpected) {
         {{"<DataDictionary>", "<DataDictionary numberOfFields=\"10\">"},
          {"optype=\"categorical\" dataType=\"boolean\"", "optype=\"categorical\" dataType=\"string\""}});
     const auto start = std::chrono::steady_clock::now();
-    Ensemble scorer(document);
+    Scorer scorer(document);
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     // Sanitised debug builds are slow; a build that rereads the document per segment is far slower.
     EXPECT_LT(seconds, 60.0);
