@@ -2,6 +2,8 @@
 // the private functions (and read their error codes) that the public functions hide.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include "vantry/diagnostics/QXMV.h"
 #include "vantry/stats/QXDistFun.h"
 
@@ -54,6 +56,15 @@ using QXMath_920::QXDistFun;
 
 inline bool Missing(double v) {
     return QXCommon_920::QXMV::IsMissing(v);
+}
+
+// The missing value, with the error code that the call left in `error` (read after the call).
+template <typename Code>
+testing::AssertionResult MissingWith(double value, Code const& error, long expected) {
+    if (Missing(value) && error == expected) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << "value " << value << ", error " << error << ", not " << expected;
 }
 
 }  // namespace statstest

@@ -33,11 +33,9 @@ TEST(QXDistFunBetaInverse, ClosedFormsFailuresAndRoundTrip) {
 TEST(QXDistFunStudentInverse, DomainSymmetryAndRoundTrip) {
     long error = -1;
     for (double p : {0.0, 1.0, -0.5}) {
-        EXPECT_TRUE(Missing(Core::kromidft(p, 5.0, error)));
-        EXPECT_EQ(error, 1);
+        EXPECT_TRUE(MissingWith(Core::kromidft(p, 5.0, error), error, 1));
     }
-    EXPECT_TRUE(Missing(Core::kromidft(0.3, 0.0, error)));
-    EXPECT_EQ(error, 1);
+    EXPECT_TRUE(MissingWith(Core::kromidft(0.3, 0.0, error), error, 1));
     EXPECT_EQ(Core::kromidft(0.5, 5.0, error), 0.0);
     EXPECT_EQ(error, 0);
     EXPECT_EQ(QXDistFun::IdfT(0.975, 1e8, 1e-20, 1e-12), QXDistFun::IdfStdNorm(0.975));
@@ -50,10 +48,8 @@ TEST(QXDistFunStudentInverse, DomainSymmetryAndRoundTrip) {
 
 TEST(QXDistFunFisherInverse, DomainAndOneNumeratorDegree) {
     long error = -1;
-    EXPECT_TRUE(Missing(Core::kromidff(1.0, 2.0, 3.0, error)));
-    EXPECT_EQ(error, 1);
-    EXPECT_TRUE(Missing(Core::kromidff(-0.1, 2.0, 3.0, error)));
-    EXPECT_EQ(error, 1);
+    EXPECT_TRUE(MissingWith(Core::kromidff(1.0, 2.0, 3.0, error), error, 1));
+    EXPECT_TRUE(MissingWith(Core::kromidff(-0.1, 2.0, 3.0, error), error, 1));
     EXPECT_TRUE(Missing(QXDistFun::IdfF(0.5, 2.0, 0.0)));
     EXPECT_EQ(Core::kromidff(0.0, 2.0, 3.0, error), 0.0);
     EXPECT_EQ(error, 0);
@@ -64,11 +60,9 @@ TEST(QXDistFunFisherInverse, DomainAndOneNumeratorDegree) {
 TEST(QXDistFunChiInverse, DomainStartGuardsAndBisection) {
     long error = -1;
     for (double p : {-0.1, 1.0}) {
-        EXPECT_TRUE(Missing(Core::kromidfchi(p, 3.0, error)));
-        EXPECT_EQ(error, 1);
+        EXPECT_TRUE(MissingWith(Core::kromidfchi(p, 3.0, error), error, 1));
     }
-    EXPECT_TRUE(Missing(Core::kromidfchi(0.5, 0.0, error)));
-    EXPECT_EQ(error, 1);
+    EXPECT_TRUE(MissingWith(Core::kromidfchi(0.5, 0.0, error), error, 1));
     EXPECT_EQ(Core::kromidfchi(0.0, 3.0, error), 0.0);
     EXPECT_EQ(error, 0);
     // The small-p start whose exponent is below -708 gives 0; one below 5e-7 is the answer as it stands.
@@ -79,12 +73,9 @@ TEST(QXDistFunChiInverse, DomainStartGuardsAndBisection) {
 
     EXPECT_NEAR(Core::idfchb(0.5, 4.0, 3.5, error), 3.356693980033321, 1e-7);
     EXPECT_EQ(error, 0);
-    EXPECT_TRUE(Missing(Core::idfchb(0.5, 4.0, 0.0, error)));
-    EXPECT_EQ(error, 1);
-    EXPECT_TRUE(Missing(Core::idfchb(0.999, 2.0, 0.01, error)));  // above even twice the start
-    EXPECT_EQ(error, 2);
-    EXPECT_TRUE(Missing(Core::idfchb(1e-10, 2.0, 100.0, error)));  // below a quarter of it
-    EXPECT_EQ(error, 2);
+    EXPECT_TRUE(MissingWith(Core::idfchb(0.5, 4.0, 0.0, error), error, 1));
+    EXPECT_TRUE(MissingWith(Core::idfchb(0.999, 2.0, 0.01, error), error, 2));   // above even twice the start
+    EXPECT_TRUE(MissingWith(Core::idfchb(1e-10, 2.0, 100.0, error), error, 2));  // below a quarter of it
 
     EXPECT_EQ(QXDistFun::IdfGam(0.0, 2.0, 1.0), 0.0);
     EXPECT_EQ(QXDistFun::IdfGam(0.7, 2.5, 4.0), QXDistFun::IdfChi(0.7, 5.0) * 0.5 / 4.0);
@@ -95,14 +86,10 @@ TEST(QXDistFunChiInverse, DomainStartGuardsAndBisection) {
 
 TEST(QXDistFunBinomialInverse, EndsDomainAndWalkLimit) {
     long error = -1;
-    EXPECT_TRUE(Missing(QXDistFun::IdfBin(0.5, 10.5, 0.5, error)));
-    EXPECT_EQ(error, 1);
-    EXPECT_TRUE(Missing(QXDistFun::IdfBin(0.5, 0.0, 0.5, error)));
-    EXPECT_EQ(error, 2);
-    EXPECT_TRUE(Missing(QXDistFun::IdfBin(1.2, 10.0, 0.5, error)));
-    EXPECT_EQ(error, 2);
-    EXPECT_TRUE(Missing(QXDistFun::IdfBin(0.5, 10.0, -0.1, error)));
-    EXPECT_EQ(error, 2);
+    EXPECT_TRUE(MissingWith(QXDistFun::IdfBin(0.5, 10.5, 0.5, error), error, 1));
+    EXPECT_TRUE(MissingWith(QXDistFun::IdfBin(0.5, 0.0, 0.5, error), error, 2));
+    EXPECT_TRUE(MissingWith(QXDistFun::IdfBin(1.2, 10.0, 0.5, error), error, 2));
+    EXPECT_TRUE(MissingWith(QXDistFun::IdfBin(0.5, 10.0, -0.1, error), error, 2));
 
     EXPECT_EQ(QXDistFun::IdfBin(0.0, 10.0, 0.5, error), -1.0);
     EXPECT_EQ(error, 0);
@@ -112,8 +99,7 @@ TEST(QXDistFunBinomialInverse, EndsDomainAndWalkLimit) {
     EXPECT_EQ(QXDistFun::IdfBin(0.4, 10.0, 1.0, error), 9.0);
     EXPECT_EQ(QXDistFun::IdfBin(0.4, 10.0, 0.0, error), 0.0);
     // Counts too large to step by one end the walk with a failure instead of running on.
-    EXPECT_TRUE(Missing(QXDistFun::IdfBin(1e-300, 1e300, 0.5, error)));
-    EXPECT_EQ(error, 2);
+    EXPECT_TRUE(MissingWith(QXDistFun::IdfBin(1e-300, 1e300, 0.5, error), error, 2));
 }
 
 }  // namespace

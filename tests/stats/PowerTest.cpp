@@ -71,47 +71,44 @@ TEST(QXPower, MultiplyTellsUnderflowAndOverflow) {
 }
 
 TEST(QXPower, PowerStatusForEveryKindOfBase) {
-    double r = 0.0;
-    EXPECT_EQ(QXPower::Power(-8.0, 1.0 / 3.0, r), QXPower::kPowerComputed);
-    EXPECT_NEAR(r, -2.0, 1e-14);
-    EXPECT_EQ(QXPower::Power(-8.0, 0.5, r), QXPower::kPowerNoRealValue);
-    EXPECT_TRUE(QXMV::IsMissing(r));
-    EXPECT_EQ(QXPower::Power(0.0, 0.0, r), QXPower::kPowerZeroToZero);
-    EXPECT_EQ(r, 1.0);
-    EXPECT_EQ(QXPower::Power(0.0, -1.0, r), QXPower::kPowerZeroBaseNegativeExponent);
-    EXPECT_TRUE(QXMV::IsMissing(r));
-    EXPECT_EQ(QXPower::Power(0.0, 2.5, r), QXPower::kPowerComputed);
-    EXPECT_EQ(r, 0.0);
-    EXPECT_EQ(QXPower::Power(-2.0, 0.0, r), QXPower::kPowerNegativeBaseZeroExponent);
-    EXPECT_EQ(r, 1.0);
-    EXPECT_EQ(QXPower::Power(2.0, 0.0, r), QXPower::kPowerComputed);
-    EXPECT_EQ(r, 1.0);
-
-    EXPECT_EQ(QXPower::Power(-2.0, 3.0, r), QXPower::kPowerComputed);
-    EXPECT_NEAR(r, -8.0, 1e-14);
-    EXPECT_EQ(QXPower::Power(-2.0, 2.0, r), QXPower::kPowerComputed);  // an even power is positive
-    EXPECT_NEAR(r, 4.0, 1e-14);
-    EXPECT_EQ(QXPower::Power(-1e-300, 3.0, r), QXPower::kPowerUnderflow);
-    EXPECT_EQ(r, 0.0);
-    EXPECT_TRUE(std::signbit(r));
-    EXPECT_EQ(QXPower::Power(-1e200, 5.0, r), QXPower::kPowerOverflowNegative);
-    EXPECT_TRUE(QXMV::IsMissing(r));
-    EXPECT_EQ(QXPower::Power(-1e-200, -5.0, r), QXPower::kPowerOverflow);
-
-    EXPECT_EQ(QXPower::Power(10.0, 400.0, r), QXPower::kPowerOverflow);
-    EXPECT_TRUE(QXMV::IsMissing(r));
-    EXPECT_EQ(QXPower::Power(10.0, -400.0, r), QXPower::kPowerUnderflow);
-    EXPECT_EQ(r, 0.0);
-    EXPECT_FALSE(std::signbit(r));
-    EXPECT_EQ(QXPower::Power(2.0, 10.0, r), QXPower::kPowerComputed);
-    EXPECT_NEAR(r, 1024.0, 1e-12);
-
-    // No number comes out as a computed result.
-    for (auto [base, exponent] :
-         {std::pair<double, double>{2.0, std::nan("")}, {1.0, INFINITY}, {-1.0, -INFINITY}}) {
-        EXPECT_EQ(QXPower::Power(base, exponent, r), QXPower::kPowerNoRealValue) << base << " " << exponent;
-        EXPECT_TRUE(QXMV::IsMissing(r));
+    double const M = QXMV::Missing();
+    double const unchecked = std::nan("");
+    struct Row {
+        double base, exponent;
+        QXPower::PowerStatus status;
+        double result;  // a zero's sign counts
+    } const rows[] = {
+        {-8.0, 1.0 / 3.0, QXPower::kPowerComputed, -2.0},
+        {-8.0, 0.5, QXPower::kPowerNoRealValue, M},
+        {0.0, 0.0, QXPower::kPowerZeroToZero, 1.0},
+        {0.0, -1.0, QXPower::kPowerZeroBaseNegativeExponent, M},
+        {0.0, 2.5, QXPower::kPowerComputed, 0.0},
+        {-2.0, 0.0, QXPower::kPowerNegativeBaseZeroExponent, 1.0},
+        {2.0, 0.0, QXPower::kPowerComputed, 1.0},
+        {-2.0, 3.0, QXPower::kPowerComputed, -8.0},
+        {-2.0, 2.0, QXPower::kPowerComputed, 4.0},  // an even power is positive
+        {-1e-300, 3.0, QXPower::kPowerUnderflow, -0.0},
+        {-1e200, 5.0, QXPower::kPowerOverflowNegative, M},
+        {-1e-200, -5.0, QXPower::kPowerOverflow, unchecked},
+        {10.0, 400.0, QXPower::kPowerOverflow, M},
+        {10.0, -400.0, QXPower::kPowerUnderflow, 0.0},
+        {2.0, 10.0, QXPower::kPowerComputed, 1024.0},
+        // No number comes out as a computed result.
+        {2.0, std::nan(""), QXPower::kPowerNoRealValue, M},
+        {1.0, INFINITY, QXPower::kPowerNoRealValue, M},
+        {-1.0, -INFINITY, QXPower::kPowerNoRealValue, M},
+    };
+    for (Row const& row : rows) {
+        double r = 0.0;
+        EXPECT_EQ(QXPower::Power(row.base, row.exponent, r), row.status) << row.base << " ^ " << row.exponent;
+        if (row.result == M) {
+            EXPECT_TRUE(QXMV::IsMissing(r)) << row.base << " ^ " << row.exponent;
+        } else if (!std::isnan(row.result)) {
+            EXPECT_NEAR(r, row.result, 1e-14 * std::fabs(row.result)) << row.base << " ^ " << row.exponent;
+            EXPECT_EQ(std::signbit(r), std::signbit(row.result)) << row.base << " ^ " << row.exponent;
+        }
     }
+    double r = 0.0;
     EXPECT_EQ(QXPower::Exponent(std::nan(""), r), QXPower::kPowerNoRealValue);
     EXPECT_TRUE(QXMV::IsMissing(r));
 }

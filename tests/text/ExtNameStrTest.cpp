@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string>
 
-#include "tests/text/MultiByteTestSupport.h"
+#include "tests/text/TextTestSupport.h"
 #include "vantry/text/KROMMultiByte.h"
 
 using namespace QXXML_920;

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "tests/text/MultiByteTestSupport.h"
+#include "tests/text/TextTestSupport.h"
 #include "vantry/text/KROMMultiByte.h"
 
 using namespace QXXML_920;

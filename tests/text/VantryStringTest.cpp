@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "tests/text/TextTestSupport.h"
 #include "vantry/text/VantryString.h"
 
 using QXVantry_920::VantryString;
@@ -10,11 +11,7 @@ using xercesc::XMLPlatformUtils;
 
 namespace {
 
-class VantryStringTest : public ::testing::Test {
-  protected:
-    static void SetUpTestSuite() { XMLPlatformUtils::Initialize(); }
-    static void TearDownTestSuite() { XMLPlatformUtils::Terminate(); }
-};
+using VantryStringTest = mbtest::XercesSuite;
 
 std::u16string Units(VantryString const& s) {
     return s.xc_str() == nullptr ? u"<null>" : s.xc_str();

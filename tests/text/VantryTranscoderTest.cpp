@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "tests/text/TextTestSupport.h"
 #include "vantry/text/VantryTranscoder.h"
 
 using QXVantry_920::VantryTranscoder;
@@ -12,11 +13,8 @@ using xercesc::XMLString;
 
 namespace {
 
-class VantryTranscoderTest : public ::testing::Test {
+class VantryTranscoderTest : public mbtest::XercesSuite {
   protected:
-    static void SetUpTestSuite() { XMLPlatformUtils::Initialize(); }
-    static void TearDownTestSuite() { XMLPlatformUtils::Terminate(); }
-
     // Decodes through ChangeChar2XML and releases the caller-owned buffer.
     static std::u16string Decode(VantryTranscoder const& t, char const* text) {
         char16_t* buffer = t.ChangeChar2XML(text);

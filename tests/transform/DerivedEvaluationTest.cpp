@@ -159,28 +159,23 @@ TEST(DerivedEvaluation, MapValuesLooksUpRowsAndMapsMissingInputs) {
 
 TEST(DerivedEvaluation, ApplyTreesHandleConditionsAndMissingArguments) {
     auto inputs = Inputs({{"x", ScoreDictVar::kNUMERIC_VAR}});
-    auto apply = [](FunctionTree* root) {
-        auto variable = std::make_unique<TransformVar>("a", ScoreDictVar::kNUMERIC_VAR);
-        variable->AddFieldNameAndTransExpression("", TD::TE_APPLY);
-        variable->SetRoot(root);
-        return variable;
-    };
     // if (isMissing (x)) -1 else x * 2
-    auto guarded = apply(Fn(TD::TF_IF, {Fn(TD::TF_IS_MISSING, {Leaf("x")}), Const(Num(-1.0)),
-                                        Fn(TD::TF_MULTIPLY, {Leaf("x"), Const(Num(2.0))})}));
+    auto guarded = Applied(Fn(TD::TF_IF, {Fn(TD::TF_IS_MISSING, {Leaf("x")}), Const(Num(-1.0)),
+                                          Fn(TD::TF_MULTIPLY, {Leaf("x"), Const(Num(2.0))})}));
     // if (x > 5) 1, with no else branch
     auto noElse =
-        apply(Fn(TD::TF_IF, {Fn(TD::TF_GREATER_THAN, {Leaf("x"), Const(Num(5.0))}), Const(Num(1.0))}));
+        Applied(Fn(TD::TF_IF, {Fn(TD::TF_GREATER_THAN, {Leaf("x"), Const(Num(5.0))}), Const(Num(1.0))}));
     // isMissing of a field whose missing input is mapped: sees the mapped value.
-    auto mappedField = apply(Fn(TD::TF_IS_MISSING, {Leaf("x", Num(0.0))}));
+    auto mappedField = Applied(Fn(TD::TF_IS_MISSING, {Leaf("x", Num(0.0))}));
     // x - 1 with node-level mapMissingTo, and one with only a default.
-    auto minusMapped = apply(Fn(TD::TF_MINUS, {Leaf("x"), Const(Num(1.0))}, {Num(42.0), Num(43.0)}));
-    auto minusDefault = apply(Fn(TD::TF_MINUS, {Leaf("x"), Const(Num(1.0))}, {nullptr, Num(43.0)}));
+    auto minusMapped = Applied(Fn(TD::TF_MINUS, {Leaf("x"), Const(Num(1.0))}, {Num(42.0), Num(43.0)}));
+    auto minusDefault = Applied(Fn(TD::TF_MINUS, {Leaf("x"), Const(Num(1.0))}, {nullptr, Num(43.0)}));
     // One argument: neither applies.
-    auto single = apply(Fn(TD::TF_ABS, {Leaf("x")}, {Num(42.0), Num(43.0)}));
+    auto single = Applied(Fn(TD::TF_ABS, {Leaf("x")}, {Num(42.0), Num(43.0)}));
     // An invalid result: asMissing takes the default, asIs keeps the missing number.
-    auto lnAsMissing = apply(Fn(TD::TF_LN, {Leaf("x")}, {nullptr, Num(7.0), ApplyNodeStats::IVT_AS_MISSING}));
-    auto lnAsIs = apply(Fn(TD::TF_LN, {Leaf("x")}, {nullptr, Num(7.0), ApplyNodeStats::IVT_AS_IS}));
+    auto lnAsMissing =
+        Applied(Fn(TD::TF_LN, {Leaf("x")}, {nullptr, Num(7.0), ApplyNodeStats::IVT_AS_MISSING}));
+    auto lnAsIs = Applied(Fn(TD::TF_LN, {Leaf("x")}, {nullptr, Num(7.0), ApplyNodeStats::IVT_AS_IS}));
 
     struct Row {
         TransformVar* variable;
@@ -217,22 +212,16 @@ TEST(DerivedEvaluation, ArithmeticKeepsTheMissingRulesOfEveryNode) {
     auto declared = std::make_unique<MissingValueSet>();
     declared->Add(new Range(-9.0, -9.0, true, true));
     inputs->GetVar("y")->SetMissingValues(declared.release());
-    auto apply = [](FunctionTree* root) {
-        auto variable = std::make_unique<TransformVar>("a", ScoreDictVar::kNUMERIC_VAR);
-        variable->AddFieldNameAndTransExpression("", TD::TE_APPLY);
-        variable->SetRoot(root);
-        return variable;
-    };
     // "+" collects no arguments, so its mapMissingTo never applies; "*" collects both.
-    auto plusMapped = apply(Fn(TD::TF_PLUS, {Leaf("x"), Const(Num(1.0))}, {Num(42.0), Num(43.0)}));
-    auto timesMapped = apply(Fn(TD::TF_MULTIPLY, {Leaf("x"), Leaf("y")}, {Num(42.0)}));
+    auto plusMapped = Applied(Fn(TD::TF_PLUS, {Leaf("x"), Const(Num(1.0))}, {Num(42.0), Num(43.0)}));
+    auto timesMapped = Applied(Fn(TD::TF_MULTIPLY, {Leaf("x"), Leaf("y")}, {Num(42.0)}));
     // A field's own mapMissingTo feeds the operator.
-    auto fieldMapped = apply(Fn(TD::TF_MINUS, {Leaf("x", Num(10.0)), Leaf("y")}));
+    auto fieldMapped = Applied(Fn(TD::TF_MINUS, {Leaf("x", Num(10.0)), Leaf("y")}));
     // A branch inside arithmetic, arithmetic inside the branch, and a division by zero treated asMissing.
-    auto nested = apply(Fn(TD::TF_PLUS, {Fn(TD::TF_IF, {Fn(TD::TF_GREATER_THAN, {Leaf("x"), Leaf("y")}),
-                                                        Fn(TD::TF_DIVIDE, {Leaf("x"), Leaf("y")})}),
-                                         Const(Num(0.5))}));
-    auto divideAsMissing = apply(
+    auto nested = Applied(Fn(TD::TF_PLUS, {Fn(TD::TF_IF, {Fn(TD::TF_GREATER_THAN, {Leaf("x"), Leaf("y")}),
+                                                          Fn(TD::TF_DIVIDE, {Leaf("x"), Leaf("y")})}),
+                                           Const(Num(0.5))}));
+    auto divideAsMissing = Applied(
         Fn(TD::TF_DIVIDE, {Leaf("x"), Leaf("y")}, {nullptr, Num(-1.0), ApplyNodeStats::IVT_AS_MISSING}));
 
     struct Row {
@@ -270,13 +259,10 @@ TEST(DerivedEvaluation, ArithmeticKeepsTheMissingRulesOfEveryNode) {
 TEST(DerivedEvaluation, ApplyComparesTextsAndBuildsStrings) {
     auto inputs = Inputs({{"s", ScoreDictVar::STRING_VAR}});
     inputs->GetVar("s")->SetWidth(4);
-    auto text = std::make_unique<TransformVar>("t", ScoreDictVar::STRING_VAR);
-    text->AddFieldNameAndTransExpression("", TD::TE_APPLY);
     // concat (uppercase (s), s): each piece padded to the field's width.
-    text->SetRoot(Fn(TD::TF_CONCAT, {Fn(TD::TF_UPPERCASE, {Leaf("s")}), Leaf("s")}));
-    auto same = std::make_unique<TransformVar>("e", ScoreDictVar::kNUMERIC_VAR);
-    same->AddFieldNameAndTransExpression("", TD::TE_APPLY);
-    same->SetRoot(Fn(TD::TF_IS_IN, {Leaf("s"), Const(Text("ab")), Const(Text("cd"))}));
+    auto text =
+        Applied(Fn(TD::TF_CONCAT, {Fn(TD::TF_UPPERCASE, {Leaf("s")}), Leaf("s")}), ScoreDictVar::STRING_VAR);
+    auto same = Applied(Fn(TD::TF_IS_IN, {Leaf("s"), Const(Text("ab")), Const(Text("cd"))}));
 
     for (auto [input, concat, found] : {std::tuple{"ab", "AB  ab  ", 1.0}, {"zz", "ZZ  zz  ", 0.0}}) {
         auto record = Record({{"s", Text(input)}});

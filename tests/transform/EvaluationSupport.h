@@ -54,6 +54,14 @@ inline TransformVar* Derived(std::string const& name, ScoreDictVar::VariableType
     return variable;
 }
 
+// A derived variable computed by a function tree.
+inline std::unique_ptr<TransformVar> Applied(FunctionTree* root,
+                                             ScoreDictVar::VariableType type = ScoreDictVar::kNUMERIC_VAR) {
+    std::unique_ptr<TransformVar> variable(Derived("a", type, TD::TE_APPLY));
+    variable->SetRoot(root);
+    return variable;
+}
+
 // Adds the variables in document order and fixes the record layout.
 inline void Fill(TD& dictionary, std::initializer_list<TransformVar*> vars) {
     for (TransformVar* variable : vars) {

@@ -12,7 +12,7 @@
 
 #include <xercesc/dom/DOM.hpp>
 
-#include "tests/translate/TranslatorTestSupport.h"
+#include "tests/translate/TranslateTestSupport.h"
 #include "vantry/factory/ModelFactory.h"
 #include "vantry/transform/TransformationDictionary.h"
 #include "vantry/translate/PMMLTranslator.h"
@@ -31,11 +31,7 @@ using QXVantry_920::ScoreValue;
 using QXVantry_920::StringValue;
 using QXVantry_920::TransformationDictionary;
 using vantry_test::FailureOf;
-
-std::string FixturePath(std::string const& name) {
-    char const* dir = std::getenv("VANTRY_FIXTURES");
-    return std::string(dir != nullptr ? dir : "tests/fixtures") + "/" + name;
-}
+using vantry_test::FixturePath;
 
 // A value as the tables below write it: "." for a missing number, the text of anything else.
 std::string Show(ScoreValue const* value) {

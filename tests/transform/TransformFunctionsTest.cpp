@@ -39,44 +39,16 @@ void ExpectCases(std::vector<Case> const& cases) {
 }
 
 // The statics of one or two numbers, in the shape of the table.
-double Rnd(Numbers const& n) {
-    return TD::Rnd(n[0]);
+template <double (*F)(double)>
+double One(Numbers const& n) {
+    return F(n[0]);
 }
-double Trunc(Numbers const& n) {
-    return TD::Trunc(n[0]);
-}
-double Mod(Numbers const& n) {
-    return TD::Mod(n[0], n[1]);
-}
-double Exp(Numbers const& n) {
-    return TD::Exp(n[0]);
-}
-double Ln(Numbers const& n) {
-    return TD::Ln(n[0]);
-}
-double Log10(Numbers const& n) {
-    return TD::Log10(n[0]);
-}
-double Sqrt(Numbers const& n) {
-    return TD::Sqrt(n[0]);
-}
-double Abs(Numbers const& n) {
-    return TD::Abs(n[0]);
-}
-double Floor(Numbers const& n) {
-    return TD::Floor(n[0]);
-}
-double Plus(Numbers const& n) {
-    return TD::Plus(n[0], n[1]);
-}
-double Threshold(Numbers const& n) {
-    return TD::Threshold(n[0], n[1]);
+template <double (*F)(double, double)>
+double Two(Numbers const& n) {
+    return F(n[0], n[1]);
 }
 double Pow(Numbers const& n) {
     return TD::Pow(n[0], static_cast<int>(n[1]));
-}
-double CdfNorm(Numbers const& n) {
-    return TD::CdfNorm(n[0]);
 }
 double Outlier(Numbers const& n) {
     return TD::OutlierHandle(n[0], static_cast<int>(n[1]), n[2], n[3], n[4], n[5]);
@@ -92,41 +64,41 @@ StringValue Text(std::string const& text, int length) {
 
 TEST(TransformFunctionsTest, NumbersOfOneOrTwo) {
     ExpectCases({
-        {"round half up", Rnd, {2.5}, 3.0},
-        {"round half away from zero", Rnd, {-2.5}, -3.0},
-        {"round down", Rnd, {2.49}, 2.0},
-        {"round beyond int", Rnd, {3e9}, S},
-        {"round at the int bound", Rnd, {2147483647.0}, S},
-        {"round sysmis", Rnd, {S}, S},
-        {"trunc toward zero", Trunc, {-2.7}, -2.0},
-        {"trunc beyond int", Trunc, {-3e9}, S},
-        {"mod truncates", Mod, {-7.0, 3.0}, -1.0},
-        {"mod fraction", Mod, {7.5, 2.0}, 1.5},
-        {"mod by zero", Mod, {7.0, 0.0}, S},
-        {"mod quotient beyond int", Mod, {1e10, 1.0}, S},
-        {"mod sysmis", Mod, {S, 3.0}, S},
-        {"exp above 709", Exp, {709.5}, S},
-        {"exp at 709", Exp, {709.0}, std::exp(709.0)},
-        {"exp at -708", Exp, {-708.0}, 0.0},
-        {"exp sysmis", Exp, {S}, S},
-        {"ln of 0", Ln, {0.0}, S},
-        {"ln of e", Ln, {std::exp(1.0)}, 1.0},
-        {"log10", Log10, {100.0}, 2.0},
-        {"log10 negative", Log10, {-1.0}, S},
-        {"sqrt negative", Sqrt, {-1.0}, S},
-        {"abs keeps sysmis", Abs, {S}, S},
-        {"abs", Abs, {-2.0}, 2.0},
-        {"floor passes sysmis", Floor, {S}, S},
-        {"floor", Floor, {-1.5}, -2.0},
-        {"plus sysmis", Plus, {S, 2.0}, S},
-        {"threshold sysmis", Threshold, {S, 0.0}, 0.0},
-        {"threshold above", Threshold, {1.0, 0.0}, 1.0},
+        {"round half up", One<TD::Rnd>, {2.5}, 3.0},
+        {"round half away from zero", One<TD::Rnd>, {-2.5}, -3.0},
+        {"round down", One<TD::Rnd>, {2.49}, 2.0},
+        {"round beyond int", One<TD::Rnd>, {3e9}, S},
+        {"round at the int bound", One<TD::Rnd>, {2147483647.0}, S},
+        {"round sysmis", One<TD::Rnd>, {S}, S},
+        {"trunc toward zero", One<TD::Trunc>, {-2.7}, -2.0},
+        {"trunc beyond int", One<TD::Trunc>, {-3e9}, S},
+        {"mod truncates", Two<TD::Mod>, {-7.0, 3.0}, -1.0},
+        {"mod fraction", Two<TD::Mod>, {7.5, 2.0}, 1.5},
+        {"mod by zero", Two<TD::Mod>, {7.0, 0.0}, S},
+        {"mod quotient beyond int", Two<TD::Mod>, {1e10, 1.0}, S},
+        {"mod sysmis", Two<TD::Mod>, {S, 3.0}, S},
+        {"exp above 709", One<TD::Exp>, {709.5}, S},
+        {"exp at 709", One<TD::Exp>, {709.0}, std::exp(709.0)},
+        {"exp at -708", One<TD::Exp>, {-708.0}, 0.0},
+        {"exp sysmis", One<TD::Exp>, {S}, S},
+        {"ln of 0", One<TD::Ln>, {0.0}, S},
+        {"ln of e", One<TD::Ln>, {std::exp(1.0)}, 1.0},
+        {"log10", One<TD::Log10>, {100.0}, 2.0},
+        {"log10 negative", One<TD::Log10>, {-1.0}, S},
+        {"sqrt negative", One<TD::Sqrt>, {-1.0}, S},
+        {"abs keeps sysmis", One<TD::Abs>, {S}, S},
+        {"abs", One<TD::Abs>, {-2.0}, 2.0},
+        {"floor passes sysmis", One<TD::Floor>, {S}, S},
+        {"floor", One<TD::Floor>, {-1.5}, -2.0},
+        {"plus sysmis", Two<TD::Plus>, {S, 2.0}, S},
+        {"threshold sysmis", Two<TD::Threshold>, {S, 0.0}, 0.0},
+        {"threshold above", Two<TD::Threshold>, {1.0, 0.0}, 1.0},
         {"pow 0 of tiny base", Pow, {S, 0.0}, 1.0},
         {"pow sysmis", Pow, {S, 3.0}, S},
         {"pow square", Pow, {-3.0, 2.0}, 9.0},
         {"pow", Pow, {2.0, -1.0}, 0.5},
-        {"cdfnorm", CdfNorm, {0.0}, 0.5},
-        {"cdfnorm sysmis", CdfNorm, {S}, S},
+        {"cdfnorm", One<TD::CdfNorm>, {0.0}, 0.5},
+        {"cdfnorm sysmis", One<TD::CdfNorm>, {S}, S},
         {"outlier inside", Outlier, {5.0, 1.0, 5.0, 2.0, 1.0, 4.0}, 5.0},
         {"outlier extreme to high", Outlier, {9.0, 2.0, 5.0, 2.0, 1.0, 4.0}, 6.0},
         {"outlier extreme to low", Outlier, {0.0, 2.0, 5.0, 2.0, 1.0, 4.0}, 4.0},

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "TransformTestSupport.h"
+#include "tests/translate/TranslateTestSupport.h"
 #include "vantry/transform/FunctionTree.h"
 #include "vantry/transform/MapValues.h"
 #include "vantry/transform/TransformVar.h"

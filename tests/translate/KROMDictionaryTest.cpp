@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "DocumentTestSupport.h"
+#include "tests/translate/TranslateTestSupport.h"
 #include "vantry/translate/KROMTranslator.h"
 #include "vantry/values/MissingValueSet.h"
 #include "vantry/values/ScoreEncoder.h"

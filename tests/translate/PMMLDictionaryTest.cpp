@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "DocumentTestSupport.h"
+#include "tests/translate/TranslateTestSupport.h"
 #include "vantry/values/MissingValueSet.h"
 #include "vantry/values/ScoreEncoder.h"
 
@@ -24,7 +24,7 @@ std::string Dict(std::string const& fields, int count = 1) {
 }  // namespace
 
 TEST_F(PMMLDictionaryTest, ReadsEveryKindOfField) {
-    auto dictionary = Dictionary(ReadFixture("data_dictionary.xml"));
+    dictionary = Dictionary(ReadFixture("data_dictionary.xml"));
     ASSERT_EQ(dictionary->GetVarNames(),
               (std::vector<std::string>{"age", "colour", "grade", "joined", "member", "region"}));
 
@@ -75,7 +75,7 @@ TEST_F(PMMLDictionaryTest, ReadsEveryKindOfField) {
 }
 
 TEST_F(PMMLDictionaryTest, EncodersOnlyForStringVariablesWhenAsked) {
-    auto dictionary = Dictionary(ReadFixture("data_dictionary.xml"), true);
+    dictionary = Dictionary(ReadFixture("data_dictionary.xml"), true);
     ScoreEncoder* colour = dictionary->GetVar("colour")->GetEncoder();
     ASSERT_NE(colour, nullptr);
     EXPECT_EQ(colour->GetNumberOfCategories(), 3);
@@ -157,7 +157,7 @@ TEST_F(PMMLDictionaryTest, OrderOfChecksDiffersBetweenTheTwoLoops) {
 TEST_F(PMMLDictionaryTest, TextRulesOfCategories) {
     // An empty string category is accepted, spaces count only with noSpaceTrim, and an unknown element
     // of a continuous field is ignored.
-    auto dictionary = Dictionary(
+    dictionary = Dictionary(
         Dict(Field(R"(name="s" optype="categorical" dataType="string")",
                    R"(<Extension name="noSpaceTrim" value="true"/><Value value=""/><Value value="a"/>)"
                    R"(<Value value="a "/>)") +
@@ -175,7 +175,7 @@ TEST_F(PMMLDictionaryTest, TextRulesOfCategories) {
 }
 
 TEST_F(PMMLDictionaryTest, IntervalsStoreTheirComplement) {
-    auto dictionary = Dictionary(Dict(
+    dictionary = Dictionary(Dict(
         Field(R"(name="a" optype="continuous")", R"(<Interval closure="closedClosed" leftMargin="0"/>)") +
             Field(R"(name="b" optype="continuous")",
                   R"(<Interval closure="openOpen" leftMargin="-5" rightMargin="5"/>)") +
@@ -206,7 +206,7 @@ TEST_F(PMMLDictionaryTest, IntervalsStoreTheirComplement) {
 }
 
 TEST_F(PMMLDictionaryTest, OrdinalLookupsAndBands) {
-    auto dictionary = Dictionary(
+    dictionary = Dictionary(
         Dict(Field(R"(name="o" optype="ordinal" dataType="string")",
                    R"(<Value value="a"/><Value value="b"/><Value value="c"/><Value value="d"/>)") +
                  Field(R"(name="n" optype="ordinal")", R"(<Value value="1.5"/><Value value="3"/>)") +

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "DocumentTestSupport.h"
+#include "tests/translate/TranslateTestSupport.h"
 #include "vantry/values/ScoreSplitVar.h"
 #include "vantry/values/ScoreValue.h"
 
@@ -24,10 +24,6 @@ class PMMLSplitsTest : public DocumentTest {
             <Value value="x"/><Value value="y"/><Value value="z"/></DataField>
             <DataField name="n" optype="ordinal"><Value value="1"/><Value value="2"/><Value value="3"/></DataField>
             <DataField name="e" optype="categorical" dataType="string"/></DataDictionary>)");
-    }
-    void TearDown() override {
-        dictionary.reset();
-        DocumentTest::TearDown();
     }
 
     std::unique_ptr<ScaleSplit> Scale(std::string const& predicate) {
@@ -52,7 +48,6 @@ class PMMLSplitsTest : public DocumentTest {
                                                  dictionary->GetVar(variable), read, numbers));
     }
 
-    std::unique_ptr<ScoreDictionary> dictionary;
     bool isMissing = false;
     std::vector<double> numbers;
 };

@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "DocumentTestSupport.h"
+#include "tests/translate/TranslateTestSupport.h"
 #include "vantry/factory/ResultVar.h"
 #include "vantry/values/ValueProbability.h"
 
@@ -23,16 +23,10 @@ class PMMLTargetsTest : public DocumentTest {
             <DataField name="f" optype="categorical" dataType="string"><Extension name="measure" value="flag"/>
             </DataField></DataDictionary>)");
     }
-    void TearDown() override {
-        dictionary.reset();
-        DocumentTest::TearDown();
-    }
 
     bool Targets(std::string const& targets) {
         return translator->HandleTargets(Root(targets), dictionary.get());
     }
-
-    std::unique_ptr<ScoreDictionary> dictionary;
 };
 
 std::string Output(std::string const& fields) {

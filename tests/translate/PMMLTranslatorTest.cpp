@@ -2,7 +2,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLString.hpp>
 
-#include "TranslatorTestSupport.h"
+#include "tests/translate/TranslateTestSupport.h"
 #include "vantry/text/VantryTranscoder.h"
 #include "vantry/translate/DOMElemUtility.h"
 #include "vantry/translate/PMMLTranslator.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "DocumentTestSupport.h"
+#include "tests/translate/TranslateTestSupport.h"
 #include "vantry/transform/ScorePredicate.h"
 #include "vantry/values/ScoreCaseRecord.h"
 #include "vantry/values/ScoreSplitVar.h"
@@ -28,7 +28,6 @@ class PredicateParseTest : public DocumentTest {
             <DataField name="y" optype="continuous" dataType="double"/></DataDictionary>)");
     }
     void TearDown() override {
-        dictionary.reset();
         second.reset();
         DocumentTest::TearDown();
     }
@@ -48,7 +47,6 @@ class PredicateParseTest : public DocumentTest {
             translator->ParseCompoundPredicate(Root(xml), dictionary.get(), second.get(), false));
     }
 
-    std::unique_ptr<ScoreDictionary> dictionary;
     std::unique_ptr<ScoreDictionary> second;
 };
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "TransformTestSupport.h"
+#include "tests/translate/TranslateTestSupport.h"
 #include "vantry/transform/TransformVar.h"
 #include "vantry/values/ScoreDictVar.h"
 
@@ -14,7 +14,7 @@ namespace {
 
 using QXVantry_920::TransformationDictionary;
 using TF = TransformationDictionary::TransformFunction;
-using vantry_test::OpenTransformTranslator;
+using vantry_test::OpenPMMLTranslator;
 using vantry_test::Refusal;
 
 // The document texts of the functions in the order of their values, "|" between two texts of one
@@ -117,26 +117,26 @@ TEST_F(TransformCatalogTest, EveryTextMapsToItsFunctionAndBackToItsName) {
 }
 
 TEST_F(TransformCatalogTest, ClassesAreTheFixedRangesWithTheirHoles) {
-    using Classifier = bool (OpenTransformTranslator::*)(TF);
+    using Classifier = bool (OpenPMMLTranslator::*)(TF);
     struct Class {
         char const* name;
         Classifier test;
         char const* ranges;
     };
     Class const classes[] = {
-        {"arithmetic", &OpenTransformTranslator::IsArithmeticFunction, "0-3"},
-        {"mathematics", &OpenTransformTranslator::IsMathematicsFunction, "4-15,66,67"},
-        {"statistic", &OpenTransformTranslator::IsStatisticFunction, "16-27,72-78"},
-        {"date", &OpenTransformTranslator::IsDateTimeFunction, "28-39"},
-        {"logic", &OpenTransformTranslator::IsLogicFunction, "40-46,48-53"},
-        {"string", &OpenTransformTranslator::IsStringFunction, "54-61"},
-        {"numeric", &OpenTransformTranslator::IsNumericFunction, "0-39,66,67,70-78"},
-        {"input numeric", &OpenTransformTranslator::IsInputNumericFunction, "0-39,66,67,70-78"},
-        {"input string", &OpenTransformTranslator::IsInputStringFunction, "54-61,63"},
-        {"mix input", &OpenTransformTranslator::IsMixInputFunction, "40-46,48-53,64,65,68,69"},
-        {"output numeric", &OpenTransformTranslator::IsOutputNumericFunction, "0-46,48-53,63,66,67,70-78"},
-        {"output string", &OpenTransformTranslator::IsOutputStringFunction, "54-61"},
-        {"mix output", &OpenTransformTranslator::IsMixOutputFunction, "64,65"},
+        {"arithmetic", &OpenPMMLTranslator::IsArithmeticFunction, "0-3"},
+        {"mathematics", &OpenPMMLTranslator::IsMathematicsFunction, "4-15,66,67"},
+        {"statistic", &OpenPMMLTranslator::IsStatisticFunction, "16-27,72-78"},
+        {"date", &OpenPMMLTranslator::IsDateTimeFunction, "28-39"},
+        {"logic", &OpenPMMLTranslator::IsLogicFunction, "40-46,48-53"},
+        {"string", &OpenPMMLTranslator::IsStringFunction, "54-61"},
+        {"numeric", &OpenPMMLTranslator::IsNumericFunction, "0-39,66,67,70-78"},
+        {"input numeric", &OpenPMMLTranslator::IsInputNumericFunction, "0-39,66,67,70-78"},
+        {"input string", &OpenPMMLTranslator::IsInputStringFunction, "54-61,63"},
+        {"mix input", &OpenPMMLTranslator::IsMixInputFunction, "40-46,48-53,64,65,68,69"},
+        {"output numeric", &OpenPMMLTranslator::IsOutputNumericFunction, "0-46,48-53,63,66,67,70-78"},
+        {"output string", &OpenPMMLTranslator::IsOutputStringFunction, "54-61"},
+        {"mix output", &OpenPMMLTranslator::IsMixOutputFunction, "64,65"},
     };
     for (Class const& c : classes) {
         std::set<int> const expected = Values(c.ranges);

@@ -1,8 +1,10 @@
-// Helpers of the text layer's tests: the process-wide default converter and UTF-8 mode.
+// Helpers of the text layer's tests: Xerces-C for a suite, the process-wide default converter and UTF-8
+// mode.
 #pragma once
 
 #include <gtest/gtest.h>
 #include <unicode/ucnv.h>
+#include <xercesc/util/PlatformUtils.hpp>
 
 #include <cstring>
 #include <memory>
@@ -10,6 +12,13 @@
 #include "vantry/text/KROMMultiByte.h"
 
 namespace mbtest {
+
+// Xerces-C started once for a suite: the UTF-16 strings and transcoders allocate through it.
+class XercesSuite : public ::testing::Test {
+  protected:
+    static void SetUpTestSuite() { xercesc::XMLPlatformUtils::Initialize(); }
+    static void TearDownTestSuite() { xercesc::XMLPlatformUtils::Terminate(); }
+};
 
 using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
 
