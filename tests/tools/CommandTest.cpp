@@ -7,6 +7,7 @@
 #include <cctype>
 #include <cstdlib>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <string>
 
@@ -163,6 +164,87 @@ TEST_F(Command, FieldsListWhatTheModelReads) {
               "low\tdouble\tcontinuous\tinterval (-inf, 5]\n"
               "when\tdate\tcontinuous\n"
               "size\tstring\tordinal\tvalues S, \"M,L\"\n");
+}
+
+// Whether the text is one JSON value with nothing after it (strings, numbers, literals, arrays, objects).
+bool IsJson(std::string const& text) {
+    std::size_t at = 0;
+    auto const blanks = [&] {
+        while (at < text.size() && std::isspace(static_cast<unsigned char>(text[at]))) {
+            ++at;
+        }
+    };
+    std::function<bool()> value = [&]() -> bool {
+        blanks();
+        if (at >= text.size()) {
+            return false;
+        }
+        char const open = text[at];
+        if (open == '"') {
+            for (++at; at < text.size() && text[at] != '"'; ++at) {
+                if (static_cast<unsigned char>(text[at]) < 0x20) {
+                    return false;
+                }
+                at += text[at] == '\\' ? 1 : 0;
+            }
+            return at++ < text.size();
+        }
+        if (open != '[' && open != '{') {
+            std::size_t const start = at;
+            while (at < text.size() && (std::isalnum(static_cast<unsigned char>(text[at])) ||
+                                        text[at] == '-' || text[at] == '.' || text[at] == '+')) {
+                ++at;
+            }
+            return at > start;
+        }
+        char const close = open == '[' ? ']' : '}';
+        ++at;
+        blanks();
+        if (at < text.size() && text[at] == close) {
+            return ++at, true;
+        }
+        for (;;) {
+            if (open == '{' && !(value() && (blanks(), at < text.size() && text[at++] == ':'))) {
+                return false;
+            }
+            if (!value()) {
+                return false;
+            }
+            blanks();
+            if (at < text.size() && text[at] == ',') {
+                ++at;
+            } else {
+                return at < text.size() && text[at++] == close;
+            }
+        }
+    };
+    bool const ok = value();
+    blanks();
+    return ok && at == text.size();
+}
+
+TEST_F(Command, InspectDescribesTheModel) {
+    std::string const document = "'" + Fixture("families/schema.pmml") + "'";
+    Outcome const text = Run(document, "", VANTRY_INSPECT_COMMAND);
+    EXPECT_EQ(text.status, 0) << text.err;
+    for (char const* line :
+         {"model family: RegressionModel\n", "  c  string nominal values A, B\n",
+          "  x2  double continuous  = (x * 2)\n", "  halfZ  double continuous  = (z / 2)\n",
+          "  y  usageType=target\n", "outputs (2):\n  predicted  feature=predictedValue\n"}) {
+        EXPECT_NE(text.out.find(line), std::string::npos) << line << text.out;
+    }
+    Outcome const json = Run("--json " + document, "", VANTRY_INSPECT_COMMAND);
+    EXPECT_EQ(json.status, 0);
+    EXPECT_TRUE(IsJson(json.out)) << json.out;
+    EXPECT_NE(json.out.find(R"({"name": "x2", "type": "double")"), std::string::npos);
+    EXPECT_NE(json.out.find("\"expression\": \"(z / 2)\"}"), std::string::npos);
+    EXPECT_FALSE(IsJson(R"({"a": "b\"})"));
+
+    Outcome const refused =
+        Run("'" + Write("broken.pmml", "<PMML><DataDictionary>") + "'", "", VANTRY_INSPECT_COMMAND);
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(refused.err.rfind("error ", 0), 0u) << refused.err;
+    EXPECT_EQ(Run("", "", VANTRY_INSPECT_COMMAND).status, 1);
 }
 
 }  // namespace
