@@ -1,5 +1,7 @@
 #include "tools/score/ParallelScorer.h"
 
+#include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <exception>
@@ -18,9 +20,12 @@ namespace vantry_tool {
 
 namespace {
 
-// About this much input per block: enough rows that handing a block over costs little beside scoring
-// it, few enough that the threads share the end of the input evenly.
-constexpr std::size_t kBlockBytes = 32 * 1024;
+// Blocks are sized to take about this long to score: long beside the cost of handing a block over, short
+// enough that the threads share the end of the input evenly, whatever a row costs.
+constexpr double kBlockSeconds = 0.01;
+constexpr std::size_t kFirstBlockBytes = 16 * 1024;
+constexpr std::size_t kLeastBlockBytes = 4 * 1024;
+constexpr std::size_t kMostBlockBytes = 1024 * 1024;
 
 struct Block {
     long sequence = 0;
@@ -29,14 +34,26 @@ struct Block {
     ScoreTally tally;
     // The line ends the block holds.
     long lines = 0;
+    // The time its scoring took.
+    double seconds = 0;
 };
 
 // Parses, scores and formats the block's rows.
 void ScoreBlock(RowScorer& scorer, bool oneColumn, Block& block) {
+    auto const start = std::chrono::steady_clock::now();
     TextStream stream(block.input);
     CsvReader reader(stream, 1, oneColumn);
     ScoreRecords(reader, scorer, -1, block.output, block.tally);
     block.lines = reader.Line() - 1;
+    block.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// The block size that takes about kBlockSeconds to score, as the block just scored suggests.
+std::size_t NextBlockBytes(Block const& block) {
+    double const bytes =
+        static_cast<double>(block.input.size()) * kBlockSeconds / std::max(block.seconds, 1e-6);
+    return static_cast<std::size_t>(
+        std::clamp(bytes, static_cast<double>(kLeastBlockBytes), static_cast<double>(kMostBlockBytes)));
 }
 
 class Workers {
@@ -148,7 +165,7 @@ class Workers {
 ScoreTally ScoreInParallel(int threads, std::unique_ptr<QXVantry_920::ScoreModel> model,
                            ModelMaker const& makeModel, TableInput const& input, std::ostream& out,
                            Progress& progress, FailureReport& failures) {
-    RecordBlocks blocks(*input.rows, kBlockBytes);
+    RecordBlocks blocks(*input.rows, kFirstBlockBytes);
     auto first = std::make_unique<Block>();
     bool more = blocks.Next(first->input);
     long lineBase = input.firstLine;
@@ -194,6 +211,7 @@ ScoreTally ScoreInParallel(int threads, std::unique_ptr<QXVantry_920::ScoreModel
         }
         ++written;
         write(*block);
+        blocks.SetBlockBytes(NextBlockBytes(*block));
     }
     workers.Stop();
     return total;

@@ -68,13 +68,19 @@ bool RecordBlocks::Fill() {
     }
     std::size_t const before = fPending.size();
     fPending.resize(before + fBlockBytes);
-    std::streamsize const got = fBuffer->sgetn(&fPending[before], static_cast<std::streamsize>(fBlockBytes));
-    std::size_t const taken = got > 0 ? static_cast<std::size_t>(got) : 0;
+    std::size_t taken = 0;
+    // A stream may hand over less than asked before its end; only nothing at all is the end.
+    while (taken < fBlockBytes) {
+        std::streamsize const got =
+            fBuffer->sgetn(&fPending[before + taken], static_cast<std::streamsize>(fBlockBytes - taken));
+        if (got <= 0) {
+            fEnd = true;
+            break;
+        }
+        taken += static_cast<std::size_t>(got);
+    }
     fPending.resize(before + taken);
     fBytesRead += static_cast<std::int64_t>(taken);
-    if (taken < fBlockBytes) {
-        fEnd = true;
-    }
     return taken > 0;
 }
 

@@ -22,6 +22,9 @@ class RecordBlocks {
     // Whether every byte of the input has gone out in blocks.
     bool AtEnd() const { return fEnd && fPending.empty(); }
 
+    // The size of the blocks from the next one on.
+    void SetBlockBytes(std::size_t blockBytes) { fBlockBytes = blockBytes; }
+
     // The bytes taken from the stream so far.
     std::int64_t BytesRead() const { return fBytesRead; }
 
