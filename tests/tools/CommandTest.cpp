@@ -64,7 +64,8 @@ class Command : public ::testing::Test {
 TEST_F(Command, ArgumentsHelpAndRefusedDocuments) {
     Outcome help = Run("--help");
     EXPECT_EQ(help.status, 0);
-    for (char const* option : {"--catalog", "-o, --output", "-h, --help", "MODEL.pmml", "INPUT.csv", "NA"}) {
+    for (char const* option : {"--catalog", "-o, --output", "-h, --help", "MODEL.pmml", "INPUT.csv", "NA",
+                               "--threads N", "-q, --quiet", "--fields"}) {
         EXPECT_NE(help.out.find(option), std::string::npos) << option;
     }
     for (char const* arguments : {"", "--bogus model.pmml", "-o", "a.pmml b.csv c.csv",

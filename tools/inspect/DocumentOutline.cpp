@@ -74,15 +74,15 @@ std::vector<OutlineEntry> Entries(DOMElement const* model, char const* list, cha
     return entries;
 }
 
-// The family as the factory chooses it: by the root for "Tree" and legacy documents, else the first
-// catalogue name that occurs as an element anywhere in the document.
+// The family as the factory chooses it: by the root for "Tree" and for a legacy document with a
+// "regression-model", else the first catalogue name that occurs as an element anywhere in the document.
 DOMElement* FindModel(DOMElement* root, std::vector<std::string> const& modelNames, std::string& family) {
     std::string const rootName = Narrow(root->getTagName());
     if (rootName == "Tree") {
         family = "TreeModel";
         return root;
     }
-    if (rootName == "krom-ml") {
+    if (rootName == "krom-ml" && root->getElementsByTagName(u"regression-model")->getLength() > 0) {
         family = "GeneralRegressionModel";
         return root;
     }

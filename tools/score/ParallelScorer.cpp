@@ -60,8 +60,8 @@ class Workers {
   public:
     Workers(TableInput const& input, ModelMaker const& makeModel) : fInput(input), fMakeModel(makeModel) {}
 
-    void Start(int threads, std::unique_ptr<QXVantry_920::ScoreModel> first) {
-        fThreads.emplace_back([this, model = std::move(first)]() mutable { Work(std::move(model)); });
+    void Start(int threads, QXVantry_920::ScoreModel& first) {
+        fThreads.emplace_back([this, &first] { Work(&first); });
         for (int i = 1; i < threads; ++i) {
             fThreads.emplace_back([this] { Work(nullptr); });
         }
@@ -114,10 +114,13 @@ class Workers {
     }
 
   private:
-    void Work(std::unique_ptr<QXVantry_920::ScoreModel> model) {
+    // Scores blocks with the model given, or with a model of its own when given none.
+    void Work(QXVantry_920::ScoreModel* model) {
         try {
+            std::unique_ptr<QXVantry_920::ScoreModel> own;
             if (model == nullptr) {
-                model = fMakeModel();
+                own = fMakeModel();
+                model = own.get();
             }
             RowScorer scorer(*model, fInput.header);
             while (std::unique_ptr<Block> block = Next()) {
@@ -162,9 +165,9 @@ class Workers {
 
 }  // namespace
 
-ScoreTally ScoreInParallel(int threads, std::unique_ptr<QXVantry_920::ScoreModel> model,
-                           ModelMaker const& makeModel, TableInput const& input, std::ostream& out,
-                           Progress& progress, FailureReport& failures) {
+ScoreTally ScoreInParallel(int threads, QXVantry_920::ScoreModel& model, ModelMaker const& makeModel,
+                           TableInput const& input, std::ostream& out, Progress& progress,
+                           FailureReport& failures) {
     RecordBlocks blocks(*input.rows, kFirstBlockBytes);
     auto first = std::make_unique<Block>();
     bool more = blocks.Next(first->input);
@@ -180,14 +183,14 @@ ScoreTally ScoreInParallel(int threads, std::unique_ptr<QXVantry_920::ScoreModel
     // Input of one block is scored here: starting threads and making models would cost more.
     if (!more || blocks.AtEnd()) {
         if (more) {
-            RowScorer scorer(*model, input.header);
+            RowScorer scorer(model, input.header);
             ScoreBlock(scorer, input.oneColumn, *first);
             write(*first);
         }
         return total;
     }
     Workers workers(input, makeModel);
-    workers.Start(threads, std::move(model));
+    workers.Start(threads, model);
     workers.Put(std::move(first));
     // Enough blocks in flight that no worker waits for the writer, and no more.
     long const inFlight = 2L * threads;

@@ -33,10 +33,11 @@ struct TableInput {
     std::istream* rows = nullptr;
 };
 
-// Scores every row with threads workers (2 or more). The first worker takes model; the others make their
-// own. Answers what the rows met; an exception of a worker is thrown again here once all have stopped.
-ScoreTally ScoreInParallel(int threads, std::unique_ptr<QXVantry_920::ScoreModel> model,
-                           ModelMaker const& makeModel, TableInput const& input, std::ostream& out,
-                           Progress& progress, FailureReport& failures);
+// Scores every row with threads workers (2 or more). The first worker scores with model, which the caller
+// keeps for the run and uses for nothing else meanwhile; the others make their own. Answers what the rows
+// met; an exception of a worker is thrown again here once all have stopped.
+ScoreTally ScoreInParallel(int threads, QXVantry_920::ScoreModel& model, ModelMaker const& makeModel,
+                           TableInput const& input, std::ostream& out, Progress& progress,
+                           FailureReport& failures);
 
 }  // namespace vantry_tool

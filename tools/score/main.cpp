@@ -185,8 +185,7 @@ int ScoreTable(vantry_tool::ScoringSession const& session, std::unique_ptr<QXVan
         tally = ScoreSerially(scorer, reader, in, out, progress, failures);
     } else {
         auto const makeModel = [&] { return session.LoadModel(arguments.model); };
-        tally = vantry_tool::ScoreInParallel(threads, std::move(model), makeModel, table, out, progress,
-                                             failures);
+        tally = vantry_tool::ScoreInParallel(threads, *model, makeModel, table, out, progress, failures);
     }
     failures.Finish(tally.failedRows);
     progress.Finish();
