@@ -10,6 +10,9 @@ constexpr int kEnd = std::char_traits<char>::eof();
 
 CsvReader::CsvReader(std::istream& in) : fBuffer(in.rdbuf()) {}
 
+CsvReader::CsvReader(std::istream& in, long firstLine, bool oneColumn)
+    : fBuffer(in.rdbuf()), fAtStart(false), fOneColumn(oneColumn), fRecords(1), fLine(firstLine) {}
+
 int CsvReader::Next() {
     return fBuffer != nullptr ? fBuffer->sbumpc() : kEnd;
 }

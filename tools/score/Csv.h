@@ -14,6 +14,9 @@ namespace vantry_tool {
 class CsvReader {
   public:
     explicit CsvReader(std::istream& in);
+    // Reads a later part of a table whose first record was read elsewhere: no byte order mark is looked
+    // for, line numbers start at firstLine, and oneColumn tells whether that first record had one field.
+    CsvReader(std::istream& in, long firstLine, bool oneColumn);
 
     // The next record's fields; false at the end of the input. Empty lines are skipped, except after a
     // first record of one field: in a table of one column an empty line is a record of one empty field
@@ -23,6 +26,12 @@ class CsvReader {
 
     // The number of the line on which the last record read began (1 for the first line).
     long RecordLine() const { return fRecordLine; }
+
+    // The number of the line that the reader is on (one more than the line ends read so far).
+    long Line() const { return fLine; }
+
+    // Whether the first record had a single field.
+    bool OneColumn() const { return fOneColumn; }
 
   private:
     int Next();

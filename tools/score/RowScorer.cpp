@@ -105,6 +105,7 @@ void RowScorer::PutNumber(Input& input, double number) {
 }
 
 void RowScorer::PutInvalidText(Input& input, std::string const& text) {
+    ++fInvalidCells;
     if (!input.holdsText || !fRecord->SetValue(input.slot, text)) {
         input.holdsText = true;
         fRecord->Remove(input.name);

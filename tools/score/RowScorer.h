@@ -41,6 +41,9 @@ class RowScorer {
     // false, with the cells empty, when the model failed on the case in a way it should not.
     bool ScoreRow(std::vector<std::string> const& row, std::vector<std::string>& cells);
 
+    // The number of cells so far that did not fit their field and reached the model as invalid values.
+    long InvalidCells() const { return fInvalidCells; }
+
   private:
     // One input field: its record slot, its column (or -1) and how its texts become values.
     struct Input {
@@ -64,6 +67,7 @@ class RowScorer {
     std::unique_ptr<QXVantry_920::ScoreResult> fResult;
     std::vector<Input> fInputs;
     std::vector<std::string> fOutputNames;
+    long fInvalidCells = 0;
 };
 
 }  // namespace vantry_tool

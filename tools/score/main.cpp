@@ -1,27 +1,34 @@
 // vantry-score: scores the rows of a CSV table with a model document and writes one CSV row of results
 // per input row.
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <iostream>
 #include <memory>
-#include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tools/score/Csv.h"
+#include "tools/score/FieldList.h"
+#include "tools/score/ModelCommand.h"
 #include "tools/score/ModelLoading.h"
+#include "tools/score/ParallelScorer.h"
+#include "tools/score/Progress.h"
 #include "tools/score/RowScorer.h"
-#include "vantry/diagnostics/VTException.h"
+#include "tools/score/TableScoring.h"
 #include "vantry/factory/ScoreModel.h"
 
 namespace {
 
 constexpr int kBadArguments = 1;
-constexpr int kRefusedDocument = 2;
-// Rows whose failure is told one by one; after that only the count.
-constexpr long kFailuresTold = 10;
+constexpr int kMostThreads = 256;
+// Rows scored between two writes on a single thread.
+constexpr long kRowsPerWrite = 256;
 
-char const kUsage[] = "usage: vantry-score [--catalog FILE] [-o OUT.csv] MODEL.pmml [INPUT.csv]\n";
+char const kUsage[] =
+    "usage: vantry-score [--catalog FILE] [-o OUT.csv] [--threads N] [--quiet] MODEL.pmml [INPUT.csv]\n"
+    "       vantry-score [--catalog FILE] --fields MODEL.pmml\n";
 
 char const kHelp[] =
     "Scores every row of a CSV table with the model of a PMML document.\n"
@@ -33,6 +40,11 @@ char const kHelp[] =
     "                      modeldll.txt shipped with the plug-ins (lib/ or lib/vantry-plugins/ beside\n"
     "                      this program's folder, or a folder of LD_LIBRARY_PATH), else the names\n"
     "                      TreeModel, RegressionModel and MiningModel\n"
+    "  --threads N         score on N threads, each with its own copy of the model (default: the\n"
+    "                      number of cores); the output keeps the input's order\n"
+    "  -q, --quiet         no progress line and no summary on standard error\n"
+    "  --fields            print the model's input fields (name, type, measurement level, allowed\n"
+    "                      values or interval), one per line separated by tabs, and exit\n"
     "  -h, --help          print this text\n"
     "\n"
     "Input: comma-separated, UTF-8, quoted fields as in RFC 4180; the first row names the columns. A\n"
@@ -44,6 +56,10 @@ char const kHelp[] =
     "input row in order. Numbers are written in the shortest form that reads back exactly; a missing\n"
     "result is an empty cell.\n"
     "\n"
+    "On a terminal, a progress line (rows, rows per second, time left for a file input) shows on\n"
+    "standard error once a run lasts a second; at the end a summary line tells the rows, the invalid\n"
+    "values seen, the failed rows if any, and the time taken.\n"
+    "\n"
     "Exit status: 0 when every row was written, 1 for bad arguments or a file that cannot be read or\n"
     "written, 2 when the document is refused (\"error <code>: <words>\" on standard error).\n";
 
@@ -52,6 +68,9 @@ struct Arguments {
     std::string output;
     std::string model;
     std::string input;
+    int threads = 0;
+    bool quiet = false;
+    bool fields = false;
 };
 
 int BadArguments(std::string const& message) {
@@ -83,6 +102,22 @@ int ParseArguments(int argc, char** argv, Arguments& arguments) {
             if (!takeValue(arg == "--catalog" ? arguments.catalog : arguments.output)) {
                 return BadArguments(arg + " needs a file name");
             }
+        } else if (arg == "-q" || arg == "--quiet") {
+            arguments.quiet = true;
+        } else if (arg == "--fields") {
+            arguments.fields = true;
+        } else if (arg == "--threads" || arg.rfind("--threads=", 0) == 0) {
+            std::string count;
+            if (arg == "--threads" ? !takeValue(count)
+                                   : (count = arg.substr(std::strlen("--threads="))).empty()) {
+                return BadArguments("--threads needs a number");
+            }
+            char* end = nullptr;
+            long const threads = std::strtol(count.c_str(), &end, 10);
+            if (end == count.c_str() || *end != '\0' || threads < 1 || threads > kMostThreads) {
+                return BadArguments("--threads takes a number from 1 to " + std::to_string(kMostThreads));
+            }
+            arguments.threads = static_cast<int>(threads);
         } else if (arg.rfind("--catalog=", 0) == 0) {
             arguments.catalog = arg.substr(std::strlen("--catalog="));
         } else if (arg.rfind("--output=", 0) == 0) {
@@ -102,30 +137,60 @@ int ParseArguments(int argc, char** argv, Arguments& arguments) {
     return -1;
 }
 
+// Scores the rows on the calling thread, writing every few rows.
+vantry_tool::ScoreTally ScoreSerially(vantry_tool::RowScorer& scorer, vantry_tool::CsvReader& reader,
+                                      std::istream& in, std::ostream& out, vantry_tool::Progress& progress,
+                                      vantry_tool::FailureReport& failures) {
+    vantry_tool::ScoreTally total;
+    std::string text;
+    for (bool more = true; more;) {
+        vantry_tool::ScoreTally tally;
+        text.clear();
+        more = vantry_tool::ScoreRecords(reader, scorer, kRowsPerWrite, text, tally);
+        out.write(text.data(), static_cast<std::streamsize>(text.size()));
+        failures.Tell(tally, 0);
+        total.Add(tally, 0);
+        if (progress.Shown()) {
+            progress.Update(total.rows, static_cast<std::int64_t>(in.tellg()));
+        }
+    }
+    return total;
+}
+
 // Scores the whole input into the output; answers the exit status.
-int ScoreTable(QXVantry_920::ScoreModel& model, std::istream& in, std::ostream& out) {
+int ScoreTable(vantry_tool::ScoringSession const& session, std::unique_ptr<QXVantry_920::ScoreModel> model,
+               Arguments const& arguments, std::istream& in, std::ostream& out) {
     vantry_tool::CsvReader reader(in);
-    std::vector<std::string> header;
-    reader.ReadRecord(header);
-    vantry_tool::RowScorer scorer(model, header);
+    vantry_tool::TableInput table;
+    reader.ReadRecord(table.header);
+    table.firstLine = reader.Line();
+    table.oneColumn = reader.OneColumn();
+    table.rows = &in;
+    vantry_tool::RowScorer scorer(*model, table.header);
 
     std::string line;
     vantry_tool::AppendCsvRecord(line, scorer.OutputNames());
     out << line;
-    std::vector<std::string> row;
-    std::vector<std::string> cells;
-    long failures = 0;
-    while (reader.ReadRecord(row)) {
-        if (!scorer.ScoreRow(row, cells) && ++failures <= kFailuresTold) {
-            std::cerr << "vantry-score: line " << reader.RecordLine()
-                      << ": the model failed on this row; its results are empty\n";
-        }
-        line.clear();
-        vantry_tool::AppendCsvRecord(line, cells);
-        out << line;
+    vantry_tool::Progress progress(std::cerr, !arguments.quiet && vantry_tool::ErrorIsTerminal(),
+                                   vantry_tool::RegularFileSize(arguments.input));
+    vantry_tool::FailureReport failures(std::cerr);
+    int threads =
+        arguments.threads > 0 ? arguments.threads : static_cast<int>(std::thread::hardware_concurrency());
+    // The workers read the document again, which only a regular file allows.
+    if (vantry_tool::RegularFileSize(arguments.model) < 0) {
+        threads = 1;
     }
-    if (failures > kFailuresTold) {
-        std::cerr << "vantry-score: " << failures << " rows failed in all\n";
+    vantry_tool::ScoreTally tally;
+    if (threads <= 1) {
+        tally = ScoreSerially(scorer, reader, in, out, progress, failures);
+    } else {
+        auto const makeModel = [&] { return session.LoadModel(arguments.model); };
+        tally = vantry_tool::ScoreInParallel(threads, *model, makeModel, table, out, progress, failures);
+    }
+    failures.Finish(tally.failedRows);
+    progress.Finish();
+    if (!arguments.quiet) {
+        std::cerr << vantry_tool::SummaryLine(tally, progress.Seconds()) << "\n";
     }
     out.flush();
     if (!out) {
@@ -157,28 +222,16 @@ int main(int argc, char** argv) {
             return BadArguments("cannot write " + arguments.output);
         }
     }
-    std::string const catalog =
-        arguments.catalog.empty() ? vantry_tool::FindShippedCatalog() : arguments.catalog;
-    try {
-        vantry_tool::ScoringSession session(catalog);
-        std::unique_ptr<QXVantry_920::ScoreModel> model;
-        try {
-            model = session.LoadModel(arguments.model);
-        } catch (std::runtime_error const& error) {
-            return BadArguments(error.what());
-        }
-        if (model == nullptr) {
-            std::cerr << "error: no model of the catalogue's families in " << arguments.model << "\n";
-            return kRefusedDocument;
-        }
-        std::istream& in = arguments.input != "-" ? static_cast<std::istream&>(inputFile) : std::cin;
-        std::ostream& out = arguments.output.empty() ? std::cout : static_cast<std::ostream&>(outputFile);
-        return ScoreTable(*model, in, out);
-    } catch (QXVantry_920::VTException& error) {
-        std::cerr << "error " << error.GetErrorCode() << ": " << error.GetErrorMessage() << "\n";
-        return kRefusedDocument;
-    } catch (std::exception const& error) {
-        std::cerr << "error: " << error.what() << "\n";
-        return kRefusedDocument;
-    }
+    return vantry_tool::RunWithModel(
+        arguments.catalog, arguments.model, BadArguments,
+        [&](vantry_tool::ScoringSession const& session, std::unique_ptr<QXVantry_920::ScoreModel> model) {
+            std::ostream& out = arguments.output.empty() ? std::cout : static_cast<std::ostream&>(outputFile);
+            if (arguments.fields) {
+                vantry_tool::PrintFields(*model, out);
+                out.flush();
+                return out ? 0 : kBadArguments;
+            }
+            std::istream& in = arguments.input != "-" ? static_cast<std::istream&>(inputFile) : std::cin;
+            return ScoreTable(session, std::move(model), arguments, in, out);
+        });
 }
