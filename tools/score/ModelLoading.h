@@ -11,15 +11,9 @@ class ScoreModel;
 
 namespace vantry_tool {
 
-// The file name of the catalogue that ships with the plug-ins.
-extern char const kCatalogFileName[];
-
-// The families served when no catalogue is found.
-std::vector<std::string> const& FallbackModelNames();
-
-// The catalogue that ships with the plug-ins: "modeldll.txt" in the build tree's library folder beside
-// the running program's folder, in an installed tree's plug-in folder (<prefix>/lib/vantry-plugins), else
-// in a folder of LD_LIBRARY_PATH; empty when there is none.
+// The catalogue that ships with the plug-ins, as the library finds it (vantry::ShippedCatalog): beside
+// the library or in its "vantry-plugins" folder, else in a folder of LD_LIBRARY_PATH; empty when there
+// is none.
 std::string FindShippedCatalog();
 
 // Starts the library for a session and stops it at the end. The catalogue path may be empty: the

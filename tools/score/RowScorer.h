@@ -1,17 +1,14 @@
 // Scores the records of a table with a model: binds the table's columns to the model's input fields
-// once, then turns each input row into a filled case record and each scored case into output cells.
+// once, then turns each input row into a filled case and each scored case into output cells.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "vantry/values/ScoreDictVar.h"
+#include "vantry/host/ScoringCase.h"
 
 namespace QXVantry_920 {
-class ScoreCaseRecord;
 class ScoreModel;
-class ScoreResult;
 class ScoreValue;
 }  // namespace QXVantry_920
 
@@ -29,12 +26,11 @@ class RowScorer {
     // header names the input columns; a field without a column is missing in every row, and a column
     // that names no field is ignored. The model must outlive the scorer.
     RowScorer(QXVantry_920::ScoreModel& model, std::vector<std::string> const& header);
-    ~RowScorer();
     RowScorer(RowScorer const&) = delete;
     RowScorer& operator=(RowScorer const&) = delete;
 
     // The output columns: the model's result variables in order (targets, then the outputs).
-    std::vector<std::string> const& OutputNames() const { return fOutputNames; }
+    std::vector<std::string> const& OutputNames() const { return fCase.OutputNames(); }
 
     // Scores one input row (cells by column; a short row lacks its last cells) into one output cell per
     // output column. A cell that does not fit its field reaches the model as an invalid value. Answers
@@ -42,32 +38,12 @@ class RowScorer {
     bool ScoreRow(std::vector<std::string> const& row, std::vector<std::string>& cells);
 
     // The number of cells so far that did not fit their field and reached the model as invalid values.
-    long InvalidCells() const { return fInvalidCells; }
+    long InvalidCells() const { return fCase.InvalidValues(); }
 
   private:
-    // One input field: its record slot, its column (or -1) and how its texts become values.
-    struct Input {
-        std::string name;
-        int slot;
-        int column;
-        QXVantry_920::ScoreDictVar::VariableType type;
-        QXVantry_920::ScoreDictVar::DateTimeType dateType;
-        QXVantry_920::ScoreDictVar::NumericDataType numberType;
-        // The slot holds a text standing in for a value that did not fit the field's type.
-        bool holdsText;
-    };
-
-    void FillInput(Input& input, std::string const* cell);
-    void PutNumber(Input& input, double number);
-    void PutInvalidText(Input& input, std::string const& text);
-    void PutMissing(Input& input);
-
-    QXVantry_920::ScoreModel& fModel;
-    std::unique_ptr<QXVantry_920::ScoreCaseRecord> fRecord;
-    std::unique_ptr<QXVantry_920::ScoreResult> fResult;
-    std::vector<Input> fInputs;
-    std::vector<std::string> fOutputNames;
-    long fInvalidCells = 0;
+    vantry::ScoringCase fCase;
+    // The column of each input, or -1.
+    std::vector<int> fColumns;
 };
 
 }  // namespace vantry_tool

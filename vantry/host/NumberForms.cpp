@@ -1,10 +1,12 @@
-#include "tools/score/ShortestNumber.h"
+#include "vantry/host/NumberForms.h"
 
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
 
-namespace vantry_tool {
+#include "vantry/values/ScoreValue.h"
+
+namespace vantry {
 
 std::string ShortestNumber(double value) {
     // The plain form of to_chars is the shortest of the fixed and exponent forms that round-trips.
@@ -37,4 +39,13 @@ std::optional<double> ReadNumber(std::string_view text) {
     return value;
 }
 
-}  // namespace vantry_tool
+std::string ValueText(QXVantry_920::ScoreValue const* value) {
+    using QXVantry_920::ScoreValue;
+    if (value == nullptr || value->IsSystemMissingValue()) {
+        return std::string();
+    }
+    return ScoreValue::TypeOf(*value) == ScoreValue::STRING_VALUE ? ScoreValue::TextOf(*value)
+                                                                  : ShortestNumber(value->GetDouble());
+}
+
+}  // namespace vantry
