@@ -31,8 +31,10 @@ std::unique_ptr<QXVantry_920::ScoreModel> ScoringSession::LoadModel(std::string 
     if (!document.is_open()) {
         throw std::runtime_error("cannot open " + pmmlPath);
     }
+    // The tables the command reads and writes are UTF-8, so the document's texts are held as UTF-8 too,
+    // as a host's Scorer holds them.
     return std::unique_ptr<QXVantry_920::ScoreModel>(
-        QXVantry_920::ModelFactory::MakeModelFromXML(document, fModelNames, std::string()));
+        QXVantry_920::ModelFactory::MakeModelFromXML(document, fModelNames, "UTF-8"));
 }
 
 }  // namespace vantry_tool
