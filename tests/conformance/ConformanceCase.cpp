@@ -11,9 +11,9 @@
 #include "tools/score/Csv.h"
 #include "tools/score/ModelLoading.h"
 #include "tools/score/RowScorer.h"
-#include "tools/score/ShortestNumber.h"
 #include "vantry/diagnostics/VTException.h"
 #include "vantry/factory/ScoreModel.h"
+#include "vantry/host/NumberForms.h"
 
 namespace conformance {
 
@@ -57,8 +57,8 @@ bool CellsAgree(std::string const& expected, std::string const& ours, double tol
     if (expected == ours) {
         return true;
     }
-    std::optional<double> const a = vantry_tool::ReadNumber(expected);
-    std::optional<double> const b = vantry_tool::ReadNumber(ours);
+    std::optional<double> const a = vantry::ReadNumber(expected);
+    std::optional<double> const b = vantry::ReadNumber(ours);
     if (!a || !b) {
         return false;
     }

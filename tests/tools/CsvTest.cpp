@@ -8,12 +8,12 @@
 #include <vector>
 
 #include "tools/score/Csv.h"
-#include "tools/score/ShortestNumber.h"
+#include "vantry/host/NumberForms.h"
 
+using vantry::ReadNumber;
+using vantry::ShortestNumber;
 using vantry_tool::AppendCsvRecord;
 using vantry_tool::CsvReader;
-using vantry_tool::ReadNumber;
-using vantry_tool::ShortestNumber;
 
 namespace {
 
