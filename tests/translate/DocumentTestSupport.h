@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "TranslatorTestSupport.h"
+#include "vantry/translate/KROMTranslator.h"
 #include "vantry/translate/PMMLTranslator.h"
 #include "vantry/values/ScoreDictionary.h"
 #include "vantry/values/ScoreValue.h"
@@ -37,6 +38,15 @@ class OpenPMMLTranslator : public QXVantry_920::PMMLTranslator {
     using PMMLTranslator::HandleOrdinalVariable;
     using PMMLTranslator::IsValidScoreValue;
     using PMMLTranslator::PMMLTranslator;
+};
+
+// The legacy dialect's translator with the document slot a plug-in would supply.
+class LegacyTranslator : public QXVantry_920::KROMTranslator {
+  public:
+    using BaseTranslator::ParseFromTree;
+    QXVantry_920::ScoreModel* ParseFromTree(XERCES_CPP_NAMESPACE::DOMDocument*, std::string const&) override {
+        return nullptr;
+    }
 };
 
 // A test with Xerces-C started and a UTF-8 translator that goes before Xerces-C stops.

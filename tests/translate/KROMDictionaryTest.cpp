@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "DocumentTestSupport.h"
-#include "vantry/translate/KROMTranslator.h"
 #include "vantry/values/MissingValueSet.h"
 #include "vantry/values/ScoreEncoder.h"
 #include "vantry/values/VarStats.h"
@@ -13,15 +12,6 @@ using namespace QXVantry_920;
 using namespace vantry_test;
 
 namespace {
-
-// The dialect's translator with the document slot a plug-in would supply.
-class LegacyTranslator : public KROMTranslator {
-  public:
-    using BaseTranslator::ParseFromTree;
-    ScoreModel* ParseFromTree(XERCES_CPP_NAMESPACE::DOMDocument*, std::string const&) override {
-        return nullptr;
-    }
-};
 
 class KROMDictionaryTest : public XercesTest {
   protected:
