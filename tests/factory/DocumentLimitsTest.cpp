@@ -41,14 +41,15 @@ int FileCode(std::string const& document) {
 }
 
 int TransformationCode(std::string const& document) {
-    return ErrorCodeOf([&] {
+    // The data dictionary is the caller's as soon as it is read, also when the route fails later.
+    QXVantry_920::ScoreDictionary* dictionary = nullptr;
+    const int code = ErrorCodeOf([&] {
         std::istringstream stream(document);
-        QXVantry_920::ScoreDictionary* dictionary = nullptr;
-        std::unique_ptr<QXVantry_920::TransformationDictionary> derived(
-            ModelFactory::GetTransformationDictionaryFromXML(stream, dictionary, ""));
-        delete dictionary;
+        delete ModelFactory::GetTransformationDictionaryFromXML(stream, dictionary, "");
         return static_cast<QXVantry_920::ScoreModel*>(nullptr);
     });
+    delete dictionary;
+    return code;
 }
 
 }  // namespace

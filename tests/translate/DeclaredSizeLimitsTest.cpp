@@ -1,5 +1,6 @@
-// A text width declared by a document sizes the padding of every value of its field on every case, so
-// every reader refuses a width beyond the limit before a variable carries it.
+// Sizes a document declares and the library allocates by while scoring: a text width pads every value
+// of its field on every case, a lag keeps that many cases. Every reader refuses them beyond the limit
+// before a variable carries them.
 #include <memory>
 #include <string>
 
@@ -14,7 +15,7 @@ std::string Width(std::string const& value) {
     return "<Extension name=\"width\" value=\"" + value + "\"/>";
 }
 
-class TextWidthLimitTest : public vantry_test::DerivedFieldTest {
+class DeclaredSizeLimitsTest : public vantry_test::DerivedFieldTest {
   protected:
     std::string DataFieldRefusal(std::string const& optype, std::string const& value) {
         std::string const xml = "<DataDictionary numberOfFields=\"1\"><DataField name=\"s\" optype=\"" +
@@ -43,7 +44,7 @@ class TextWidthLimitTest : public vantry_test::DerivedFieldTest {
 
 }  // namespace
 
-TEST_F(TextWidthLimitTest, EveryReaderRefusesWidthsBeyondTheLimit) {
+TEST_F(DeclaredSizeLimitsTest, EveryReaderRefusesWidthsBeyondTheLimit) {
     for (std::string const optype : {"categorical", "continuous"}) {
         EXPECT_EQ(DataFieldRefusal(optype, "32767"), "none") << optype;
         EXPECT_EQ(DataFieldRefusal(optype, "2147483647"),
@@ -57,4 +58,16 @@ TEST_F(TextWidthLimitTest, EveryReaderRefusesWidthsBeyondTheLimit) {
     EXPECT_EQ(LegacyRefusal("99999999"),
               "260223: Invalid value: '99999999' of attribute 'width' in "
               "'format-spec'.Error occurred in process 'variable' : 'v'.");
+}
+
+TEST_F(DeclaredSizeLimitsTest, LagHistoryIsBounded) {
+    auto lag = [&](std::string const& n) {
+        return Refusal([&] {
+            Read("<DerivedField name=\"w\" optype=\"continuous\" dataType=\"double\"><Lag field=\"x\" n=\"" +
+                 n + "\"/></DerivedField>");
+        });
+    };
+    EXPECT_EQ(lag("100000"), "none");
+    EXPECT_EQ(lag("100001"), "260153: Invalid value: '100001' of attribute 'n' in 'Lag'.");
+    EXPECT_EQ(lag("2147483647"), "260153: Invalid value: '2147483647' of attribute 'n' in 'Lag'.");
 }
