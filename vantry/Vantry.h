@@ -13,6 +13,7 @@
 #include "vantry/factory/FactoryInternals.h"
 #include "vantry/factory/ModelFactory.h"
 #include "vantry/factory/ModelPlugin.h"
+#include "vantry/factory/PluginBoundary.h"
 #include "vantry/factory/QXXInputSource.h"
 #include "vantry/factory/ResultField.h"
 #include "vantry/factory/ResultVar.h"

@@ -123,8 +123,8 @@ TEST_F(ModelFactoryTest, DocumentsWithoutUsableRootAreRefused) {
         "Missing root element in PMML, invalid XML format or no dtd file available in current directory.");
     EXPECT_EQ(CodeOf("<?xml version=\"1.0\"?>", {"TreeModel"}), 260110);
     EXPECT_EQ(CodeOf("not xml at all", {"TreeModel"}), 260110);
-    // Content behind the root is an error the parser stops at; the root stays, without a model.
-    EXPECT_EQ(CodeOf("<PMML></PMML><TreeModel/>", {"TreeModel"}), 260301);
+    // Content behind the root is a fatal error: the document is refused, not read in part.
+    EXPECT_EQ(CodeOf("<PMML></PMML><TreeModel/>", {"TreeModel"}), 260109);
 }
 
 TEST_F(ModelFactoryTest, ModelNameOverloadsKeepTheirTrap) {

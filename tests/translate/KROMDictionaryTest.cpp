@@ -14,15 +14,6 @@ using namespace vantry_test;
 
 namespace {
 
-// The dialect's translator with the document slot a plug-in would supply.
-class LegacyTranslator : public KROMTranslator {
-  public:
-    using BaseTranslator::ParseFromTree;
-    ScoreModel* ParseFromTree(XERCES_CPP_NAMESPACE::DOMDocument*, std::string const&) override {
-        return nullptr;
-    }
-};
-
 class KROMDictionaryTest : public XercesTest {
   protected:
     void SetUp() override {

@@ -20,6 +20,7 @@
 
 #include "vantry/diagnostics/VTException.h"
 #include "vantry/transform/TransformationDictionary.h"
+#include "vantry/translate/KROMTranslator.h"
 #include "vantry/translate/PMMLTranslator.h"
 #include "vantry/values/ScoreDictionary.h"
 #include "vantry/values/ScoreValue.h"
@@ -70,6 +71,15 @@ inline std::string ReadFixture(std::string const& name) {
     text << in.rdbuf();
     return text.str();
 }
+
+// The legacy dialect's translator with the document slot a plug-in would supply.
+class LegacyTranslator : public QXVantry_920::KROMTranslator {
+  public:
+    using BaseTranslator::ParseFromTree;
+    QXVantry_920::ScoreModel* ParseFromTree(XERCES_CPP_NAMESPACE::DOMDocument*, std::string const&) override {
+        return nullptr;
+    }
+};
 
 // Opens the protected readers of the PMML translator.
 class OpenPMMLTranslator : public QXVantry_920::PMMLTranslator {

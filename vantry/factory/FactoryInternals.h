@@ -73,7 +73,9 @@ ScoreModel* GetLibraryPath(std::vector<std::string> const& modelNames,
                            XERCES_CPP_NAMESPACE::DOMElement* modelElement, std::string encoding,
                            bool supportOldParser);
 
-// Parses a stream into the parser's DOM; throws 260105, 260107 or 260109.
+// Parses a stream into the parser's DOM; throws 260105, 260107 or 260109 (260109 also for a document
+// with a fatal error after its root began, such as one cut short, and for nesting beyond the limit of
+// a parser from CreateDocumentParser), std::bad_alloc when memory runs out.
 XERCES_CPP_NAMESPACE::DOMDocument* ParseToDocument(XERCES_CPP_NAMESPACE::XercesDOMParser* parser,
                                                    std::istream& stream);
 
@@ -81,11 +83,12 @@ XERCES_CPP_NAMESPACE::DOMDocument* ParseToDocument(XERCES_CPP_NAMESPACE::XercesD
 // no such form.
 std::string CodePagePath(std::string const& utf8Path);
 
-// Whether the stream holds the element before the end of its "PMML" element, by a SAX scan.
+// Whether the stream holds the element before the end of its "PMML" element, by a SAX scan; false
+// also once the scan meets an error or nesting beyond the parser's limit.
 bool ScanForElement(std::string const& elementName, std::istream& stream);
 
 // A new parser set up for reading documents safely: no validation, no external DTD, no external
-// entities, bounded entity expansion.
+// entities, bounded entity expansion and element nesting, and fatal errors kept for ParseToDocument.
 XERCES_CPP_NAMESPACE::XercesDOMParser* CreateDocumentParser();
 
 }  // namespace QXVantry_920

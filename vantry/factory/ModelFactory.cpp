@@ -5,20 +5,14 @@
 
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
-#include <xercesc/sax2/SAX2XMLReader.hpp>
-#include <xercesc/sax2/XMLReaderFactory.hpp>
-#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLException.hpp>
-#include <xercesc/util/XMLUni.hpp>
 
 #include "vantry/diagnostics/CodedError.h"
 #include "vantry/diagnostics/ScoringLog.h"
 #include "vantry/factory/FactoryInternals.h"
-#include "vantry/factory/QXXInputSource.h"
+#include "vantry/factory/PluginBoundary.h"
 #include "vantry/factory/ScoreModel.h"
-#include "vantry/factory/ScoreSAX2Handlers.h"
 #include "vantry/transform/TransformationDictionary.h"
 #include "vantry/translate/BaseTranslator.h"
 #include "vantry/translate/PMMLModelTags.h"
@@ -53,19 +47,6 @@ std::string PlainText(XMLCh const* text) {
 bool XercesRuns() {
     return XMLPlatformUtils::fgMemoryManager != nullptr;
 }
-
-// Bounds the expansion of entities, so that a document of nested entities is refused quickly instead
-// of filling the memory: the limit is far above what a model document uses. Read-only while parsing,
-// so one object serves all threads.
-class DocumentSecurityManager : public SecurityManager {
-  public:
-    DocumentSecurityManager() { setEntityExpansionLimit(10000); }
-
-    static SecurityManager* Get() {
-        static DocumentSecurityManager manager;
-        return &manager;
-    }
-};
 
 void AdoptModelNames(std::vector<std::string> const& modelNames) {
     std::lock_guard<std::recursive_mutex> lock(gModelFactoryLock);
@@ -148,7 +129,7 @@ ScoreModel* MakeNearestNeighborModel(std::vector<std::string> const& modelNames,
     std::unique_ptr<ScoreTranslator> translator(
         GetTranslatorByName(modelNames, PMMLModelTags::XML_ELE_KNNMODEL));
     if (auto* base = dynamic_cast<BaseTranslator*>(translator.get()))
-        model = base->ParseFromTree(stream, std::string(), auxiliaryPath);
+        model = CallPlugin([&] { return base->ParseFromTree(stream, std::string(), auxiliaryPath); });
     translator.reset();
     ScoringLog::GetInstance()->TraceText(1, "Make Model End");
     return model;
@@ -190,7 +171,8 @@ ScoreModel* MakeModelFromHostNode(void* modelElement, std::vector<std::string> c
         modelName = "RegressionModel";
     ScoringLog::GetInstance()->TraceText(2, "Model name is :%s", modelName.c_str());
     const std::vector<std::string> names = modelNames.empty() ? ModelFactory::fModelNames : modelNames;
-    ScoreModel* model = parse(names, modelName, dynamic_cast<DOMElement*>(node));
+    ModelNestingGuard nesting(modelName);
+    ScoreModel* model = CallPlugin([&] { return parse(names, modelName, dynamic_cast<DOMElement*>(node)); });
     ScoringLog::GetInstance()->TraceText(1, "Exit:%s", kMakeModelFromXMLName);
     return model;
 }
@@ -225,62 +207,6 @@ XercesInitGuard::~XercesInitGuard() {
         XMLPlatformUtils::Terminate();
         gModelFactoryLock.unlock();
     }
-}
-
-XercesDOMParser* CreateDocumentParser() {
-    auto* parser = new XercesDOMParser(nullptr, XMLPlatformUtils::fgMemoryManager, nullptr);
-    parser->setLoadExternalDTD(false);
-    parser->setValidationScheme(XercesDOMParser::Val_Never);
-    // No entity is ever fetched from outside the document, and nested entities cannot explode.
-    parser->setDisableDefaultEntityResolution(true);
-    parser->setSecurityManager(DocumentSecurityManager::Get());
-    return parser;
-}
-
-DOMDocument* ParseToDocument(XercesDOMParser* parser, std::istream& stream) {
-    QXXML_920::QXXInputSource source(stream);
-    try {
-        parser->parse(source);
-    } catch (XMLException const& exception) {
-        ThrowCodedErrorWithDetail(260109, NarrowText(exception.getMessage()));
-    } catch (DOMException const& exception) {
-        ThrowCodedErrorWithDetail(260109, NarrowText(exception.getMessage()));
-    } catch (...) {
-        ThrowCodedError(260105);
-    }
-    DOMDocument* document = parser->getDocument();
-    if (document == nullptr)
-        ThrowCodedError(260107);
-    return document;
-}
-
-bool ScanForElement(std::string const& elementName, std::istream& stream) {
-    ScoreSAX2Handlers handler(elementName);
-    std::unique_ptr<SAX2XMLReader> reader(
-        XMLReaderFactory::createXMLReader(XMLPlatformUtils::fgMemoryManager));
-    reader->setFeature(XMLUni::fgSAX2CoreValidation, false);
-    reader->setFeature(XMLUni::fgXercesLoadExternalDTD, false);
-    reader->setFeature(XMLUni::fgXercesDynamic, true);
-    reader->setFeature(XMLUni::fgSAX2CoreNameSpaces, true);
-    reader->setFeature(XMLUni::fgXercesSchema, false);
-    reader->setFeature(XMLUni::fgXercesSchemaFullChecking, false);
-    reader->setFeature(XMLUni::fgSAX2CoreNameSpacePrefixes, false);
-    reader->setFeature(XMLUni::fgXercesDisableDefaultEntityResolution, true);
-    reader->setProperty(XMLUni::fgXercesSecurityManager, DocumentSecurityManager::Get());
-    reader->setContentHandler(&handler);
-    reader->setErrorHandler(&handler);
-
-    QXXML_920::QXXInputSource source(stream);
-    try {
-        reader->parse(source);
-    } catch (ScoreSAX2Handlers::HandlerState state) {
-        return state == ScoreSAX2Handlers::kElementFound;
-    } catch (OutOfMemoryException const&) {
-        return false;
-    } catch (XMLException const&) {
-        return false;
-    }
-    return false;
 }
 
 void ModelFactory::Initialize(std::string catalogPath) {

@@ -8,6 +8,7 @@
 #include "vantry/diagnostics/ScoringLog.h"
 #include "vantry/factory/FactoryInternals.h"
 #include "vantry/factory/ModelPlugin.h"
+#include "vantry/factory/PluginBoundary.h"
 #include "vantry/factory/VTDynamicLoadedLibrary.h"
 #include "vantry/translate/BaseTranslator.h"
 #include "vantry/translate/XMLText.h"
@@ -31,13 +32,13 @@ ScoreTranslator* CallGiveMyTranslator(std::string const& libraryModelName, std::
     auto give = reinterpret_cast<GiveMyTranslatorFunction>(library.GetSymbolAddress(kGiveMyTranslator));
     if (give == nullptr)
         ThrowCodedError(260113, {reportedName});
-    BaseTranslator* translator = give();
+    std::unique_ptr<BaseTranslator> translator(CallPlugin(give));
     if (translator != nullptr && modelNamesToPass != nullptr) {
         auto pass = reinterpret_cast<PassModelNamesFunction>(library.GetSymbolAddress(kPassModelNames));
         if (pass != nullptr)
-            pass(translator, *modelNamesToPass);
+            CallPlugin([&] { return pass(translator.get(), *modelNamesToPass); });
     }
-    return translator;
+    return translator.release();
 }
 
 // The translator for a document route, once the model name is known. One library serves both the
@@ -74,7 +75,7 @@ template <typename Call>
 ScoreModel* BuildModel(std::vector<std::string> const& modelNames, std::string const& modelName, Call call) {
     ScoreModel* model = nullptr;
     if (std::unique_ptr<ScoreTranslator> translator = ObtainTranslator(modelNames, modelName))
-        model = call(*translator);
+        model = CallPlugin([&] { return call(*translator); });
     ScoringLog::GetInstance()->TraceText(1, "Make Model End.");
     return model;
 }
@@ -87,7 +88,9 @@ ScoreModel* BuildFromElement(std::vector<std::string> const& modelNames, DOMElem
     TraceGetLibraryPath();
     if (modelElement == nullptr)
         return nullptr;
-    return BuildModel(modelNames, NarrowText(modelElement->getNodeName()), [&](ScoreTranslator& translator) {
+    const std::string modelName = NarrowText(modelElement->getNodeName());
+    ModelNestingGuard nesting(modelName);
+    return BuildModel(modelNames, modelName, [&](ScoreTranslator& translator) {
         translator.SetSupportOldParser(supportOldParser);
         return call(translator);
     });

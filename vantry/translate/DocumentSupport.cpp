@@ -29,6 +29,23 @@ int ParseIntAttribute(VantryTranscoder* transcoder, XMLCh const* text, char cons
     }
 }
 
+namespace {
+
+// The widest text a field may declare: far wider than any category or code a model compares, and small
+// enough that padding every value of a case to it stays cheap. A width of 2^31 - 1 would
+// otherwise make each case allocate gigabytes and overflow the summed lengths of "concat".
+constexpr int kMaxTextWidth = 32767;
+
+}  // namespace
+
+int CheckedTextWidth(int width, char const* attribute, char const* element) {
+    if (width > kMaxTextWidth) {
+        // The code of a value its attribute cannot take, with where it stands.
+        ThrowCodedError(260153, {std::to_string(width), attribute, element});
+    }
+    return width;
+}
+
 DOMElement* AsElement(DOMNode* node) {
     if (node == nullptr || node->getNodeType() != DOMNode::ELEMENT_NODE) {
         return nullptr;

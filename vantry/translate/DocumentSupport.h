@@ -26,6 +26,11 @@ std::string TranscodeText(VantryTranscoder* transcoder, XMLCh const* text);
 // parser exception reaches the host.
 int ParseIntAttribute(VantryTranscoder* transcoder, XMLCh const* text, char const* attribute);
 
+// A text width declared by a document, checked before anything is sized by it: a string value is
+// padded to its field's width on every case. Wider than kMaxTextWidth fails 260153 with the width, the
+// attribute's and the element's names.
+int CheckedTextWidth(int width, char const* attribute, char const* element);
+
 // The node as an element, or null when it is not one.
 XERCES_CPP_NAMESPACE::DOMElement* AsElement(XERCES_CPP_NAMESPACE::DOMNode* node);
 

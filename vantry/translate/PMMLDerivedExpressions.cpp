@@ -33,6 +33,11 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
+// The longest history a "Lag" may keep. The history grows by one value per case scored until it holds
+// n values, so a huge n would let a long run of cases use memory without bound; lags of real models
+// look back days, weeks or months, far fewer cases than this.
+constexpr int kMaxLagCases = 100000;
+
 // The number of a range's end; a missing end counts as unbounded on its side.
 double EndOf(ScoreValue const* value, double absent) {
     return value != nullptr ? value->GetDouble() : absent;
@@ -446,6 +451,10 @@ std::string PMMLTranslator::HandleLag(DOMElement* element, ScoreDictVar* variabl
         count = VerifyInt(countText);
         if (count < 1) {
             ThrowCodedError(260151, {TranscodeText(fTranscoder, countText), "positiveInteger"});
+        }
+        if (count > kMaxLagCases) {
+            // A valid number that this attribute cannot take, as for a text width beyond its limit.
+            ThrowCodedError(260153, {TranscodeText(fTranscoder, countText), "n", "Lag"});
         }
     }
     std::vector<ScoreDictVar const*> blocks;
