@@ -149,6 +149,15 @@ bool Range::IsInRange(ScoreValue const* value) const {
     return IsInInterval(value->GetDouble());
 }
 
+bool Range::HoldsNumber(double x) const {
+    if (fSingle) {
+        // A number equals only a numeric single value.
+        return ScoreValue::TypeOf(*fMinValue) == ScoreValue::NUMERIC_VALUE &&
+               NumericValue::IsEqual(x, fMinValue->GetDouble());
+    }
+    return x != NumericValue::GetSysmisValue() && IsInInterval(x);
+}
+
 ScoreValue const* Range::GetMin() const {
     return fMinValue.get();
 }
