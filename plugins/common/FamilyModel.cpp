@@ -273,7 +273,8 @@ void FamilyModel::FillResult(Prediction const& prediction, FamilyResult& result)
             FillFlat();
             flat = &fFlat;
         }
-        fOutput.Compute(prediction, result, flat, fFlatDictionary.get(), DisplayText(prediction));
+        fOutput.Compute(prediction, result, flat, fFlatDictionary.get(),
+                        fOutput.NeedsDisplayText() ? DisplayText(prediction) : std::string());
     }
 }
 
