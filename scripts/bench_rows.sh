@@ -49,6 +49,8 @@ for model in "$work"/*.pmml; do
     t1=$(fastest "$score" "${one[@]}" -o /dev/null "$model" "$work/$name.big.csv")
     t2=$(fastest "$score" "${two[@]}" -o /dev/null "$model" "$work/$name.big.csv")
     awk -v name="$name$note" -v n="$count" -v z="$t0" -v a="$t1" -v b="$t2" \
-        'BEGIN { a -= z; b -= z; printf "| %s | %d | %.0f | %.0f | %.2f |\n", name, n, n / a, n / b, a / b }'
+        'BEGIN { a -= z; b -= z
+                 if (a <= 0 || b <= 0) { printf "| %s | %d | too noisy | too noisy | |\n", name, n; exit }
+                 printf "| %s | %d | %.0f | %.0f | %.2f |\n", name, n, n / a, n / b, a / b }'
     rm -f "$work/$name.big.csv"
 done
