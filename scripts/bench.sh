@@ -11,3 +11,5 @@ for b in "$build"/bench/bench_*; do
     echo "== $(basename "$b")"
     "$b" "$@"
 done
+# Rows per second through the scoring command, one and two threads.
+BUILD_DIR=$build scripts/bench_rows.sh

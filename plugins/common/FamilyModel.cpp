@@ -1,6 +1,7 @@
 #include "plugins/common/FamilyModel.h"
 
 #include <ostream>
+#include <typeinfo>
 
 #include <xercesc/dom/DOM.hpp>
 
@@ -272,7 +273,8 @@ void FamilyModel::FillResult(Prediction const& prediction, FamilyResult& result)
             FillFlat();
             flat = &fFlat;
         }
-        fOutput.Compute(prediction, result, flat, fFlatDictionary.get(), DisplayText(prediction));
+        fOutput.Compute(prediction, result, flat, fFlatDictionary.get(),
+                        fOutput.NeedsDisplayText() ? DisplayText(prediction) : std::string());
     }
 }
 
@@ -281,7 +283,9 @@ QXScore::QXStatus FamilyModel::Score(ScoreCaseRecord* record, ScoreResult* resul
     if (result == nullptr) {
         return QXScore::QXStatus(kCaseFailed, false);
     }
-    auto* own = dynamic_cast<FamilyResult*>(result);
+    // The model's own results are the usual case; their exact type is compared before any cast.
+    auto* own = typeid(*result) == typeid(FamilyResult) ? static_cast<FamilyResult*>(result)
+                                                        : dynamic_cast<FamilyResult*>(result);
     std::unique_ptr<FamilyResult> local;
     if (own == nullptr) {
         local.reset(static_cast<FamilyResult*>(MakeResult()));

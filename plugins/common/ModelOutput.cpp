@@ -151,6 +151,15 @@ bool ModelOutput::NeedsFlatRecord() const {
     return fExpressions != nullptr;
 }
 
+bool ModelOutput::NeedsDisplayText() const {
+    for (Field const& field : fFields) {
+        if (field.feature == Feature::kPredictedDisplayValue) {
+            return true;
+        }
+    }
+    return false;
+}
+
 void ModelOutput::Compute(Prediction const& prediction, FamilyResult& result, CaseRecord* flat,
                           ScoreDictionary const* flatDictionary, std::string const& display) {
     result.SetOutputCount(fFields.size());

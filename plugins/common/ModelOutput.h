@@ -70,6 +70,8 @@ class ModelOutput {
     bool Empty() const { return fFields.empty(); }
     // Whether an output needs the flat record of the case.
     bool NeedsFlatRecord() const;
+    // Whether an output is the display text of the predicted value, which costs a label look-up.
+    bool NeedsDisplayText() const;
 
     // Computes every output of a case into the result, writing non-transformed outputs into the flat
     // record too (when it is given) so that expressions can read them. `display` gives the display

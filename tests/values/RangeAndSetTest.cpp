@@ -190,6 +190,36 @@ TEST(MissingValueSet, AddContainsRemoveAndDeepCopy) {
                               "End MissingValueSet Display.\n");
 }
 
+// A number is tested against the held ranges without asking each range; the answer must stay the one
+// the ranges give, through copies and removals (which hold other range objects).
+TEST(MissingValueSet, NumbersAnswerAsTheRangesDo) {
+    auto set = std::make_unique<MissingValueSet>();
+    set->Add(new Range(new NumericValue(-9.0)));
+    set->Add(new Range(new StringValue("x")));
+    set->Add(new Range(1.0, 5.0, true, false));
+    set->Add(new Range(NumericValue::GetSysmisValue(), -100.0, false, true));
+    auto agree = [](MissingValueSet const& s) {
+        for (double x : {-9.0, -9.0 + 1e-15, 1.0, 3.0, 5.0, 4.999999, 7.0, -100.0, -1e300,
+                         NumericValue::GetSysmisValue()}) {
+            NumericValue const value(x);
+            bool expected = false;
+            for (ScoreValueRange const* range : s.GetMissingValues()) {
+                expected = expected || range->IsInRange(&value);
+            }
+            EXPECT_EQ(s.AnyRangeHolds(&value), expected) << x;
+        }
+    };
+    agree(*set);
+    MissingValueSet copy(*set);
+    set.reset();
+    agree(copy);
+    NumericValue const two(2.0);
+    EXPECT_TRUE(copy.AnyRangeHolds(&two));
+    copy.Remove(copy.GetMissingValues()[2]);
+    agree(copy);
+    EXPECT_FALSE(copy.AnyRangeHolds(&two));
+}
+
 TEST(ValueLbl, SettersOperatorsAndAssignment) {
     ValueLbl one(new NumericValue(1.0), "one");
     ValueLbl two(new NumericValue(2.0), "two");

@@ -1,7 +1,9 @@
 #include "vantry/factory/ModelFactory.h"
 
+#include <algorithm>
 #include <fstream>
 #include <memory>
+#include <vector>
 
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
@@ -112,9 +114,48 @@ ScoreModel* DispatchOnRoot(std::vector<std::string> const& modelNames, DOMDocume
     return GetLibraryPath(modelNames, root, false, std::string(), document, parser, encoding);
 }
 
+// Whether the stream's bytes may spell an element of the name. False only for a text whose encoding
+// writes names as ASCII bytes (no zero byte or UTF-16 mark at its start, not EBCDIC), that holds the name
+// nowhere and declares no entity (whose replacement text could spell it with character references).
+// Reading the bytes costs a fraction of a second parse, which only a document that may hold the
+// element gets. Leaves the stream where it ended.
+bool MayHoldName(std::istream& stream, std::string const& name) {
+    static char const kEntity[] = "<!ENTITY";
+    std::size_t const keep = std::max(name.size(), sizeof(kEntity) - 1) - 1;
+    std::string window;
+    std::vector<char> chunk(1 << 16);
+    bool first = true;
+    while (stream.read(chunk.data(), static_cast<std::streamsize>(chunk.size())) || stream.gcount() > 0) {
+        std::size_t const got = static_cast<std::size_t>(stream.gcount());
+        if (first) {
+            first = false;
+            unsigned char const* start = reinterpret_cast<unsigned char const*>(chunk.data());
+            std::size_t const head = std::min<std::size_t>(got, 4);
+            bool const zero = std::find(start, start + head, 0) != start + head;
+            bool const utf16Mark = got >= 2 && ((start[0] == 0xFE && start[1] == 0xFF) ||
+                                                (start[0] == 0xFF && start[1] == 0xFE));
+            bool const ebcdic = got >= 2 && start[0] == 0x4C && start[1] == 0x6F;
+            if (zero || utf16Mark || ebcdic) {
+                return true;
+            }
+        }
+        window.append(chunk.data(), got);
+        if (window.find(name) != std::string::npos || window.find(kEntity) != std::string::npos) {
+            return true;
+        }
+        window.erase(0, window.size() > keep ? window.size() - keep : 0);
+    }
+    return stream.bad();
+}
+
 // Scans the stream for a nearest-neighbour model, then rewinds it for what follows.
 bool HoldsNearestNeighborModel(std::istream& stream) {
-    const bool found = ScanForElement(PMMLModelTags::XML_ELE_KNNMODEL, stream);
+    bool const possible = MayHoldName(stream, PMMLModelTags::XML_ELE_KNNMODEL);
+    if (!stream.bad()) {
+        stream.clear();
+        stream.seekg(0);
+    }
+    const bool found = possible && ScanForElement(PMMLModelTags::XML_ELE_KNNMODEL, stream);
     if (!stream.bad()) {
         stream.clear();
         stream.seekg(0);

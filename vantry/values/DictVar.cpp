@@ -1,6 +1,7 @@
 #include "vantry/values/ScoreDictVar.h"
 
 #include <ostream>
+#include <typeinfo>
 
 #include "vantry/values/MissingValueSet.h"
 #include "vantry/values/Range.h"
@@ -125,8 +126,12 @@ bool DictVar::operator==(ScoreDictVar const& other) const {
 
 namespace {
 
-// The library's own set is read in place; another implementation through its interface.
+// The library's own set is read in place; another implementation through its interface. The exact
+// type is compared rather than cast to, since this runs for every value a case tests.
 bool InMissingRange(ScoreMissingValueSet const& set, ScoreValue const* value) {
+    if (typeid(set) == typeid(MissingValueSet)) {
+        return static_cast<MissingValueSet const&>(set).AnyRangeHolds(value);
+    }
     if (auto const* own = dynamic_cast<MissingValueSet const*>(&set)) {
         return own->AnyRangeHolds(value);
     }

@@ -6,9 +6,17 @@ ScoreMissingValueSet::~ScoreMissingValueSet() = default;
 
 MissingValueSet::MissingValueSet() = default;
 
-MissingValueSet::MissingValueSet(MissingValueSet const& other) = default;
+MissingValueSet::MissingValueSet(MissingValueSet const& other) : fRanges(other.fRanges) {
+    IndexRanges();
+}
 
-MissingValueSet& MissingValueSet::operator=(MissingValueSet const& other) = default;
+MissingValueSet& MissingValueSet::operator=(MissingValueSet const& other) {
+    if (this != &other) {
+        fRanges = other.fRanges;
+        IndexRanges();
+    }
+    return *this;
+}
 
 MissingValueSet::~MissingValueSet() = default;
 
@@ -17,11 +25,25 @@ ScoreMissingValueSet* MissingValueSet::Clone() const {
 }
 
 bool MissingValueSet::Add(ScoreValueRange* range) {
-    return !Contains(range) && fRanges.Append(range);
+    bool const added = !Contains(range) && fRanges.Append(range);
+    IndexRanges();
+    return added;
 }
 
 bool MissingValueSet::Remove(ScoreValueRange const* range) {
-    return fRanges.RemoveAllEqual(range);
+    bool const removed = fRanges.RemoveAllEqual(range);
+    IndexRanges();
+    return removed;
+}
+
+void MissingValueSet::IndexRanges() {
+    fOwnRanges.clear();
+    fAllOwn = true;
+    for (ScoreValueRange const* range : fRanges.Items()) {
+        auto const* own = dynamic_cast<Range const*>(range);
+        fAllOwn = fAllOwn && own != nullptr;
+        fOwnRanges.push_back(own);
+    }
 }
 
 int MissingValueSet::Size() const {
@@ -37,6 +59,15 @@ std::vector<ScoreValueRange const*> MissingValueSet::GetMissingValues() const {
 }
 
 bool MissingValueSet::AnyRangeHolds(ScoreValue const* value) const {
+    if (fAllOwn && value != nullptr && ScoreValue::TypeOf(*value) == ScoreValue::NUMERIC_VALUE) {
+        double const x = value->GetDouble();
+        for (Range const* range : fOwnRanges) {
+            if (range->HoldsNumber(x)) {
+                return true;
+            }
+        }
+        return false;
+    }
     for (ScoreValueRange const* range : fRanges.Items()) {
         if (range->IsInRange(value)) {
             return true;

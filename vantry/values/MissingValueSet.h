@@ -47,7 +47,13 @@ class VANTRY_EXPORT MissingValueSet : public ScoreMissingValueSet {
     bool AnyRangeHolds(ScoreValue const* value) const;
 
   private:
+    // Notes which held ranges are the library's own Range, after every change of the ranges.
+    void IndexRanges();
+
     detail::OwnedPointers<ScoreValueRange> fRanges;
+    // The held ranges as Range, when every one is; a number is then tested without virtual calls.
+    std::vector<Range const*> fOwnRanges;
+    bool fAllOwn = true;
 };
 
 }  // namespace QXVantry_920

@@ -2,11 +2,29 @@
 // conversion by defined means, independent of the process locale. Internal to the library.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
+#include <limits>
 #include <string>
 
 namespace QXVantry_920 {
 namespace numbertext {
+
+// The system-missing number and the relative tolerance of NumericValue, which checks that they agree.
+constexpr double kSysmis = -std::numeric_limits<double>::max();
+constexpr double kRelativeEpsilon = 2.22045e-14;
+
+// NumericValue::IsEqual: both zero, both system-missing, or equal within the relative tolerance. Inline,
+// for the range tests that every case makes.
+inline bool SameNumber(double a, double b) {
+    if (a == 0.0 && b == 0.0) {
+        return true;
+    }
+    if (a == kSysmis || b == kSysmis) {
+        return a == b;
+    }
+    return std::fmax(std::fabs(a), std::fabs(b)) * kRelativeEpsilon > std::fabs(a - b);
+}
 
 // What atoi gives on a platform with a 64-bit long: leading white space, an optional sign and the
 // digits up to the first other character, saturated to 64 bits and then wrapped to 32; 0 without digits.

@@ -141,16 +141,8 @@ bool NumericValue::IsSystemMissingValue(double value) {
 }
 
 bool NumericValue::IsEqual(double a, double b) {
-    if (a == 0.0 && b == 0.0) {
-        return true;
-    }
-    if (a == gSysmisValue) {
-        return b == gSysmisValue;
-    }
-    if (b == gSysmisValue) {
-        return false;
-    }
-    return std::fmax(std::fabs(a), std::fabs(b)) * fEpsilon > std::fabs(a - b);
+    static_assert(numbertext::kSysmis == gSysmisValue && numbertext::kRelativeEpsilon == fEpsilon);
+    return numbertext::SameNumber(a, b);
 }
 
 void NumericValue::FromString(std::string const& text) {

@@ -2,6 +2,8 @@
 
 #include <limits>
 
+#include "vantry/values/NumberText.h"
+
 namespace QXVantry_920 {
 
 namespace {
@@ -149,6 +151,15 @@ bool Range::IsInRange(ScoreValue const* value) const {
     return IsInInterval(value->GetDouble());
 }
 
+bool Range::HoldsNumber(double x) const {
+    if (fSingle) {
+        // A number equals only a numeric single value.
+        return ScoreValue::TypeOf(*fMinValue) == ScoreValue::NUMERIC_VALUE &&
+               NumericValue::IsEqual(x, fMinValue->GetDouble());
+    }
+    return x != numbertext::kSysmis && IsInInterval(x);
+}
+
 ScoreValue const* Range::GetMin() const {
     return fMinValue.get();
 }
@@ -197,10 +208,10 @@ void Range::AdoptMax(ScoreValue* value) {
 }
 
 bool Range::IsInInterval(double value) const {
-    if (fLowEnd && NumericValue::IsEqual(value, fMinNumber)) {
+    if (fLowEnd && numbertext::SameNumber(value, fMinNumber)) {
         return true;
     }
-    if (fHighEnd && NumericValue::IsEqual(value, fMaxNumber)) {
+    if (fHighEnd && numbertext::SameNumber(value, fMaxNumber)) {
         return true;
     }
     return value > fMinNumber && value < fMaxNumber;

@@ -65,6 +65,10 @@ class VANTRY_EXPORT Range : public ScoreValueRange {
     bool GetLowEnd() const override;
     void Display(std::ostream& out) const override;
 
+    // The answer of IsInRange for a numeric value holding x, read without a value and without a
+    // virtual call: missing-value sets ask it of every number they test.
+    bool HoldsNumber(double x) const;
+
   private:
     // Stores a new lower bound, replacing a system-missing number by negative infinity, and caches its
     // number when it is a number.
