@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <fstream>
 #include <memory>
 #include <ostream>
@@ -41,8 +43,9 @@ int ErrorCodeOf(Call call, std::string* message = nullptr) {
     return 0;
 }
 
+// ctest runs each test in a process of its own, several at once: the process id keeps their files apart.
 inline std::string WriteTempFile(std::string const& name, std::string const& content) {
-    const std::string path = testing::TempDir() + name;
+    const std::string path = testing::TempDir() + std::to_string(getpid()) + "_" + name;
     std::ofstream(path, std::ios::binary) << content;
     return path;
 }
