@@ -164,6 +164,9 @@ TEST_F(DerivedFieldParseTest, BadFieldsAreRefusedWithTheirCodes) {
          "260285: The 'optype' of element 'DerivedField' is null."},
         {"<DerivedField name=\"v\" optype=\"interval\" dataType=\"double\"/>",
          "260152: Invalid value 'interval' of attribute 'optype'."},
+        {"<DerivedField name=\"v\" optype=\"categorical\" dataType=\"string\"><Extension name=\"width\" "
+         "value=\"2147483647\"/><FieldRef field=\"s\"/></DerivedField>",
+         "260152: Invalid value '2147483647' of attribute 'width'."},
         {"<DerivedField name=\"v\" optype=\"continuous\"/>",
          "260120: Missing the attribute 'dataType' of 'DerivedField'."},
         {"<DerivedField name=\"v\" optype=\"continuous\" dataType=\"string\"/>",

@@ -135,6 +135,8 @@ TEST_F(KROMDictionaryTest, RefusalsNameTheVariable) {
          "260223: The '1'th value of variable: 'v' is missing or valid value intersect." + wrap},
         {Variable(num, R"(<format-spec width="4"/>)"),
          "260223: Invalid value '' of attribute 'decimals'." + wrap},
+        {Variable(num, R"(<format-spec decimals="0" width="99999999"/>)"),
+         "260223: Invalid value '99999999' of attribute 'width'." + wrap},
     };
     for (auto const& [xml, refusal] : cases) {
         EXPECT_EQ(Refusal([&] { Read(xml); }), refusal) << xml;

@@ -130,6 +130,11 @@ TEST_F(PMMLDictionaryTest, RefusesBadDocumentsWithTheirCodeAndWords) {
          "260272: More than one 'invalidRangeLower, invalidRangeUpper' defined in 'Value'."},
         {Dict(Field(cat, R"(<Extension name="width" value="1.5"/>)")),
          "260151: The value: '1.5' is invalid of type: 'integer'."},
+        // A text width is memory that every derived value of the field takes.
+        {Dict(Field(cat, R"(<Extension name="width" value="32768"/>)")),
+         "260152: Invalid value '32768' of attribute 'width'."},
+        {Dict(Field(cont, R"(<Extension name="stringLength" value="2147483647"/>)")),
+         "260152: Invalid value '2147483647' of attribute 'stringLength'."},
         {Dict(Field(cont, R"(<Interval leftMargin="low"/>)")),
          "260151: The value: 'low' is invalid of type: 'double'."},
         {R"(<DataDictionary numberOfFields="many"/>)",

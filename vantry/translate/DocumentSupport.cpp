@@ -29,6 +29,13 @@ int ParseIntAttribute(VantryTranscoder* transcoder, XMLCh const* text, char cons
     }
 }
 
+int CheckTextWidth(int width, std::string const& attribute) {
+    if (width > kMaxTextWidth) {
+        ThrowCodedError(260152, {std::to_string(width), attribute});
+    }
+    return width;
+}
+
 DOMElement* AsElement(DOMNode* node) {
     if (node == nullptr || node->getNodeType() != DOMNode::ELEMENT_NODE) {
         return nullptr;

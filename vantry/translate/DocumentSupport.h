@@ -26,6 +26,15 @@ std::string TranscodeText(VantryTranscoder* transcoder, XMLCh const* text);
 // parser exception reaches the host.
 int ParseIntAttribute(VantryTranscoder* transcoder, XMLCh const* text, char const* attribute);
 
+// The widest text a field may declare, in bytes. Derived fields pad every text value to its field's
+// width, so a declared width is memory that each evaluation allocates.
+constexpr int kMaxTextWidth = 32767;
+
+// A declared text width, as it stands when it is at most kMaxTextWidth. A wider one fails 260152
+// ("invalid value of attribute"), the code a width that is not a number already gives, with the width
+// and the name it was declared under.
+int CheckTextWidth(int width, std::string const& attribute);
+
 // The node as an element, or null when it is not one.
 XERCES_CPP_NAMESPACE::DOMElement* AsElement(XERCES_CPP_NAMESPACE::DOMNode* node);
 

@@ -160,7 +160,8 @@ std::unique_ptr<ScoreDictVar> KROMTranslator::ParseVariable(DOMElement* element,
                 [&variable](ScoreVarStats* fresh) { variable->SetVarStats(fresh); });
         } else if (HasName(child, kFormatSpec)) {
             variable->SetDecimal(ParseIntAttribute(fTranscoder, GetAttribute(part, kDecimals), kDecimals));
-            variable->SetWidth(ParseIntAttribute(fTranscoder, GetAttribute(part, kWidth), kWidth));
+            variable->SetWidth(
+                CheckTextWidth(ParseIntAttribute(fTranscoder, GetAttribute(part, kWidth), kWidth), kWidth));
         } else {
             ThrowCodedError(260154, {NameOf(child)});
         }

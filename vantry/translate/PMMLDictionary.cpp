@@ -223,7 +223,7 @@ void PMMLTranslator::ParseCategoricalValues(DOMElement* field, ScoreDictVar* var
             if (name == "format") {
                 VerifyInt(value);
             } else if (name == "width" || name == "stringLength") {
-                int const width = VerifyInt(value);
+                int const width = CheckTextWidth(VerifyInt(value), name);
                 if (width > 0) {
                     variable->SetWidth(width);
                 }
@@ -295,7 +295,7 @@ void PMMLTranslator::ParseContinuousValues(DOMElement* field, ScoreDictVar* vari
             std::string const name = TranscodeText(fTranscoder, GetAttribute(element, "name"));
             XMLCh const* value = GetAttribute(element, "value");
             if (name == "width" || name == "stringLength") {
-                variable->SetWidth(VerifyInt(value));
+                variable->SetWidth(CheckTextWidth(VerifyInt(value), name));
             } else if (name == "decimals") {
                 variable->SetDecimal(VerifyInt(value));
             } else if (name != "format" && !ReadInvalidRange(name, value, values)) {

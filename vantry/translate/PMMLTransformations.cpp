@@ -108,7 +108,8 @@ TransformationDictionary* PMMLTranslator::HandleTransformationDictionary(DOMElem
                 if (extension == "MissingValues") {
                     handleDerivedVarMissingValue(child, derived);
                 } else if (extension == "width" || extension == "stringLength") {
-                    int const width = VerifyInt(GetAttributeForced(child, "value"));
+                    int const width =
+                        CheckTextWidth(VerifyInt(GetAttributeForced(child, "value")), extension);
                     if (width > 0) {
                         derived->SetWidth(width);
                     }
