@@ -14,11 +14,14 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     using namespace QXVantry_920;
     vantry_fuzz::StartXerces();
     std::istringstream stream(std::string(reinterpret_cast<char const*>(data), size));
+    // The data dictionary is the caller's as soon as it is read, even when the derived fields are then
+    // refused.
+    ScoreDictionary* read = nullptr;
+    std::unique_ptr<ScoreDictionary> dictionary;
     vantry_fuzz::Refusable([&] {
-        ScoreDictionary* read = nullptr;
         std::unique_ptr<TransformationDictionary> derived(
             ModelFactory::GetTransformationDictionaryFromXML(stream, read, "UTF-8"));
-        std::unique_ptr<ScoreDictionary> dictionary(read);
+        dictionary.reset(read);
         if (derived == nullptr || dictionary == nullptr) {
             return;
         }
@@ -33,5 +36,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
             derived->GetValuesForDerivedVars(&record, dictionary.get());
         }
     });
+    if (dictionary == nullptr) {
+        delete read;
+    }
     return 0;
 }
