@@ -18,10 +18,11 @@ xml_targets=" document data_dictionary transformations legacy "
 CC=clang CXX=clang++ cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVANTRY_FUZZ=ON >/dev/null
 cmake --build "$build" -j "$jobs" --target fuzz_all
 
-# Seed corpora, assembled fresh in a scratch folder: the test documents for the readers, a few texts
-# for the value and text targets, and every kept regression input of the target.
+# Seed corpora, assembled in a scratch folder: the test documents for the readers, a few texts for the
+# value and text targets, and every kept regression input of the target. What a run adds stays there,
+# so that the next run starts where this one ended (remove the folder to start from the seeds alone).
 corpus="$build/corpus"
-rm -rf "$corpus" "$build/artifacts"
+rm -rf "$build/artifacts"
 documents=$(find tests/fixtures tests/conformance/cases -type f \( -name '*.xml' -o -name '*.pmml' \))
 for target in "${targets[@]}"; do
     mkdir -p "$corpus/$target" "$build/artifacts/$target"
