@@ -52,6 +52,7 @@ struct ParsedDocument {
         parser->setLoadExternalDTD(false);
         parser->setDisableDefaultEntityResolution(true);
         static XERCES_CPP_NAMESPACE::SecurityManager security;
+        security.setEntityExpansionLimit(10000);
         parser->setSecurityManager(&security);
         XERCES_CPP_NAMESPACE::MemBufInputSource source(data, size, "fuzz");
         try {
