@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build needs. Idempotent, and silent when nothing is missing.
+# Installs the Debian packages the build needs, and any further ones named as arguments (scripts/fuzz.sh
+# asks for its compiler this way). Idempotent, and silent when nothing is missing.
 set -euo pipefail
 
-packages=(cmake g++ make libxerces-c-dev libicu-dev libgtest-dev libgmock-dev libbenchmark-dev clang-format)
+packages=(cmake g++ make libxerces-c-dev libicu-dev libgtest-dev libgmock-dev libbenchmark-dev clang-format "$@")
 missing=()
 for p in "${packages[@]}"; do
     if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "ok installed"; then

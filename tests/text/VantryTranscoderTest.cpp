@@ -47,6 +47,18 @@ TEST_F(VantryTranscoderTest, RoundTripsThroughNamedEncodings) {
     }
     std::u16string const longText(2500, u'\u00E9');
     EXPECT_EQ(VantryTranscoder("CP1252").transcodeTo(longText.c_str()), std::string(2500, '\xE9'));
+    // A multibyte code page text longer than a transcoder block still goes through in one call.
+    std::string sjis;
+    for (int i = 0; i < 3000; ++i) {
+        sjis += "a\x82\xa0";  // "a", HIRAGANA LETTER A
+    }
+    std::u16string units;
+    for (int i = 0; i < 3000; ++i) {
+        units += u"a\u3042";
+    }
+    VantryTranscoder shiftJis("Shift_JIS");
+    EXPECT_EQ(Decode(shiftJis, sjis.c_str()), units);
+    EXPECT_EQ(shiftJis.transcodeTo(units.c_str()), sjis);
 }
 
 TEST_F(VantryTranscoderTest, UnrepresentableCharacterStopsWithPrefixKept) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <vector>
 
 XERCES_CPP_NAMESPACE_USE
@@ -67,13 +68,22 @@ char16_t* VantryTranscoder::ChangeChar2XML(char const* text) const {
     auto* result =
         static_cast<char16_t*>(XMLPlatformUtils::fgMemoryManager->allocate((length + 1) * sizeof(char16_t)));
     XMLSize_t made = 0;
-    if (transcoder != nullptr && length > 0) {
+    // A transcoder of a multibyte code page records a source offset for every unit it makes, in an array
+    // of its block size: a call that may make more units than that goes to a transcoder of the same
+    // encoding with a block as large as the text, or the offsets would run past the array.
+    std::unique_ptr<XMLTranscoder> large;
+    XMLTranscoder* used = transcoder;
+    if (transcoder != nullptr && length > transcoder->getBlockSize()) {
+        large.reset(MakeTranscoder(transcoder->getEncodingName(), length));
+        used = large.get();
+    }
+    if (used != nullptr && length > 0) {
         std::vector<unsigned char> sizes(length + 1);
         XMLSize_t eaten = 0;
         try {
             // One call only: whatever does not fit into it is cut.
-            made = transcoder->transcodeFrom(reinterpret_cast<XMLByte const*>(text), length, result, length,
-                                             eaten, sizes.data());
+            made = used->transcodeFrom(reinterpret_cast<XMLByte const*>(text), length, result, length, eaten,
+                                       sizes.data());
         } catch (...) {
             made = 0;
         }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 
 #include "vantry/transform/RegexCache.h"
 #include "vantry/transform/TransformationDictionary.h"
@@ -54,8 +55,9 @@ std::string TransformationDictionary::Concat(std::vector<std::string> const& tex
         if (width > text.size()) {
             result.append(width - text.size(), ' ');
         }
-        length += static_cast<int>(width);
     }
+    // The declared length of the whole; an int, so a sum beyond its range is held at its largest.
+    length = static_cast<int>(std::min<std::size_t>(result.size(), std::numeric_limits<int>::max()));
     return result;
 }
 
