@@ -1,10 +1,8 @@
 // Every conformance case agrees with its expected outputs, as its table entry says.
 #include <gtest/gtest.h>
 
-#include <dirent.h>
-
 #include <cctype>
-
+#include <filesystem>
 #include <ostream>
 #include <set>
 #include <string>
@@ -69,19 +67,13 @@ TEST(ConformanceTable, CoversEveryCaseAndGivesEveryReason) {
             EXPECT_FALSE(entry.reason.empty()) << spec.name << " " << entry.expected;
         }
     }
-    DIR* folder = opendir((conformance::CasesFolder() + "/cases").c_str());
-    ASSERT_NE(folder, nullptr);
     int documents = 0;
-    while (dirent* entry = readdir(folder)) {
-        std::string const name = entry->d_name;
-        std::string const suffix = ".pmml";
-        if (name.size() > suffix.size() &&
-            name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0) {
+    for (auto const& entry : std::filesystem::directory_iterator(conformance::CasesFolder() + "/cases")) {
+        if (entry.path().extension() == ".pmml") {
             ++documents;
-            EXPECT_EQ(listed.count(name.substr(0, name.size() - suffix.size())), 1u) << name;
+            EXPECT_EQ(listed.count(entry.path().stem()), 1u) << entry.path();
         }
     }
-    closedir(folder);
     EXPECT_EQ(documents, 23);
 }
 

@@ -111,8 +111,6 @@ TEST(VTException, CodeWithoutItemsDetailAndNullFormater) {
     bare.SetFormater(&ScoreContext::gErrorFormater);
     EXPECT_EQ(bare.ConstructMessage(), "Missing node: ''{0}''.");
 
-    bare.SetDetailMessage("parser text");
-    EXPECT_EQ(bare.GetDetailMessage(), "parser text");
     bare.SetDetailMessage(nullptr);
     EXPECT_EQ(bare.GetDetailMessage(), "");
 }

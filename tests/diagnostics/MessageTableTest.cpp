@@ -89,15 +89,3 @@ TEST(MessageTable, GlobalFormatterWordsEveryCodeWithItsArguments) {
         }
     }
 }
-
-TEST(MessageTable, OddPatternsFormatToTheirExactWords) {
-    EXPECT_EQ(gErrorFormater.FormatN(260115, 2, "A", "B"), "Missing node of 'A' element  in 'B'.");
-    EXPECT_EQ(gErrorFormater.FormatN(260130, 2, "f", "p"),
-              "Definition a non-constant parameter in 'f, but missing definition of 'p'.");
-    EXPECT_EQ(gErrorFormater.FormatN(260185, 4, "v", "1", "2", "t"),
-              "Require variable : 'v' has the value '1'or '2' of attribute 't'.");
-    EXPECT_EQ(gErrorFormater.FormatN(260281, 2, "e", "n"), "The element 'e' in node 'n' is false");
-    EXPECT_EQ(gErrorFormater.FormatN(260204, 1, "t"), "Duplicate definition of targe variable: 't'.");
-    EXPECT_EQ(gErrorFormater.FormatN(260256, 3, "1", "2", "L"),
-              "The number: '1' of layer units mismatch the number :'2' of element 'L'.");
-}

@@ -155,7 +155,6 @@ TEST(BaseModel, NamesAndDefaults) {
     EXPECT_TRUE(model.isKMorPDF());
     model.SetAlgorithmName("km");
     EXPECT_FALSE(model.isKMorPDF());
-    EXPECT_EQ(model.GetAlgorithmName(), "km");
     EXPECT_EQ(model.GetMissingValuePolicy(), ScoreModel::kDEFAULT_MV_POLICY);
     EXPECT_EQ(VersionInfo().GetVersionInfo(), "2.1");
 }

@@ -19,18 +19,8 @@ namespace {
 
 const Names kCatalogue = {"NearestNeighborModel", "TreeModel"};
 
-std::string ModelOf(std::string const& document, Names const& names = kCatalogue) {
-    std::istringstream stream(document);
-    return Describe(ModelFactory::MakeModelFromXML(stream, names, "CP1252", "aux.bin"));
-}
-
-int CodeOf(std::string const& document, Names const& names = kCatalogue, std::string* message = nullptr) {
-    return ErrorCodeOf(
-        [&] {
-            std::istringstream stream(document);
-            return ModelFactory::MakeModelFromXML(stream, names, "");
-        },
-        message);
+std::string ModelOf(std::string const& document) {
+    return Describe(FromStream(document, kCatalogue, "CP1252", "aux.bin"));
 }
 
 // The shared corpus of real documents, beside the repository unless the environment says otherwise.
@@ -73,17 +63,18 @@ TEST(NearestNeighbourScan, ElementBeforeEndOfPMMLBypassesTheParser) {
     // Even a document that would not parse as a whole.
     EXPECT_EQ(ModelOf("<PMML><NearestNeighborModel/><broken"), "NearestNeighborModel|stream|36||aux.bin");
     // Without the name in the catalogue its library is not looked for, although it exists.
-    EXPECT_EQ(CodeOf(document, {"TreeModel"}), 260113);
+    EXPECT_EQ(StreamCode(document, {"TreeModel"}), 260113);
 }
 
 TEST(NearestNeighbourScan, ScanStopsAtEndOfPMMLAndAtErrors) {
     // Behind the end of "PMML" the scan looks no further; the DOM route refuses what follows the root.
-    EXPECT_EQ(CodeOf("<PMML><TreeModel modelName=\"t\"/></PMML><NearestNeighborModel/>"), 260109);
+    EXPECT_EQ(StreamCode("<PMML><TreeModel modelName=\"t\"/></PMML><NearestNeighborModel/>", kCatalogue),
+              260109);
     // A prefixed element is not the sought one.
     EXPECT_EQ(ModelOf("<PMML xmlns:x=\"urn:x\"><x:NearestNeighborModel/><TreeModel/></PMML>"),
               "TreeModel|document|PMML|TreeModel||CP1252");
     // An error before the element ends the scan: the DOM route then fails on the document.
-    EXPECT_EQ(CodeOf("<PMML><a></b><NearestNeighborModel/></PMML>"), 260109);
+    EXPECT_EQ(StreamCode("<PMML><a></b><NearestNeighborModel/></PMML>", kCatalogue), 260109);
     // Another root is scanned to the end.
     EXPECT_EQ(ModelOf("<Tree><NearestNeighborModel/></Tree>"), "NearestNeighborModel|stream|36||aux.bin");
 }
@@ -117,7 +108,7 @@ TEST(HostileDocuments, ExternalEntitiesAreNeverFetched) {
          {std::string("<PMML><TreeModel modelName=\"&xxe;\"/></PMML>"),
           std::string("<PMML><TreeModel modelName=\"t\">[&xxe;]</TreeModel></PMML>")}) {
         std::string message;
-        EXPECT_EQ(CodeOf(declaration + body, kCatalogue, &message), 260109) << body;
+        EXPECT_EQ(StreamCode(declaration + body, kCatalogue, &message), 260109) << body;
         EXPECT_EQ(message.find("TOPSECRET"), std::string::npos) << message;
     }
     // An external DTD is not loaded, so its declarations are unknown and nothing is fetched.
@@ -134,8 +125,8 @@ TEST(HostileDocuments, CorpusAttacksAreRefusedQuickly) {
     const auto start = std::chrono::steady_clock::now();
     // Both end quickly and without a fetch: the expansion as a broken document; the reference to the
     // unread external DTD's entity is left out, and the document holds no model.
-    EXPECT_EQ(CodeOf(expansion), 260109);
-    EXPECT_EQ(CodeOf(external), 260301);
+    EXPECT_EQ(StreamCode(expansion, kCatalogue), 260109);
+    EXPECT_EQ(StreamCode(external, kCatalogue), 260301);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
     // Predefined entities are not limited.
     std::string many = "<PMML><TreeModel modelName=\"";

@@ -25,15 +25,6 @@ std::string NestedDocument(int depth) {
     return document + "</PMML>";
 }
 
-int StreamCode(std::string const& document, std::string* message = nullptr) {
-    return ErrorCodeOf(
-        [&] {
-            std::istringstream stream(document);
-            return ModelFactory::MakeModelFromXML(stream, kCatalogue, "");
-        },
-        message);
-}
-
 int FileCode(std::string const& document) {
     static const std::string catalogue = WriteTempFile("limits_catalogue.txt", "TreeModel\n");
     const std::string path = WriteTempFile("limits_document.xml", document);
@@ -55,21 +46,17 @@ int TransformationCode(std::string const& document) {
 }  // namespace
 
 TEST(DocumentLimits, NestingBeyondTheLimitIsRefusedWhileParsing) {
-    EXPECT_EQ(Describe([] {
-                  std::istringstream stream(NestedDocument(2000));
-                  return ModelFactory::MakeModelFromXML(stream, kCatalogue, "");
-              }()),
-              "TreeModel|document|PMML|TreeModel|deep|");
+    EXPECT_EQ(StreamModel(NestedDocument(2000), kCatalogue), "TreeModel|document|PMML|TreeModel|deep|");
     const std::string tooDeep = NestedDocument(2001);
     std::string message;
-    EXPECT_EQ(StreamCode(tooDeep, &message), 260109);
+    EXPECT_EQ(StreamCode(tooDeep, kCatalogue, &message), 260109);
     EXPECT_EQ(message,
               "Error in parsing the PMML file. Detailed message:elements nested deeper than 2000 levels");
     EXPECT_EQ(FileCode(tooDeep), 260109);
     EXPECT_EQ(TransformationCode(tooDeep), 260109);
     // Far deeper nesting costs no more than the limit: the parse stops there.
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(StreamCode(NestedDocument(200000)), 260109);
+    EXPECT_EQ(StreamCode(NestedDocument(200000), kCatalogue), 260109);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
@@ -78,20 +65,20 @@ TEST(DocumentLimits, DocumentCutShortIsRefusedOnEveryRoute) {
         "<?xml version=\"1.0\"?><PMML><DataDictionary numberOfFields=\"1\">"
         "<DataField name=\"x\" optype=\"continuous\" dataType=\"double\"/></DataDictionary>"
         "<TreeModel modelName=\"t\">text</TreeModel></PMML>";
-    ASSERT_EQ(StreamCode(whole), 0);
+    ASSERT_EQ(StreamCode(whole, kCatalogue), 0);
     const std::size_t rootBegun = whole.find("<PMML>") + 6;
     const auto start = std::chrono::steady_clock::now();
     for (std::size_t length = 0; length < whole.size(); ++length) {
         const std::string cut = whole.substr(0, length);
         // Before the root's start tag is whole there is no root; after it, the document breaks off.
         const int expected = length < rootBegun ? 260110 : 260109;
-        EXPECT_EQ(StreamCode(cut), expected) << cut;
+        EXPECT_EQ(StreamCode(cut, kCatalogue), expected) << cut;
         EXPECT_EQ(FileCode(cut), expected) << cut;
         EXPECT_EQ(TransformationCode(cut), expected) << cut;
     }
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
     // The words say where the document broke off.
     std::string message;
-    EXPECT_EQ(StreamCode(whole.substr(0, whole.size() - 3), &message), 260109);
+    EXPECT_EQ(StreamCode(whole.substr(0, whole.size() - 3), kCatalogue, &message), 260109);
     EXPECT_NE(message.find("line 1, column"), std::string::npos) << message;
 }

@@ -43,6 +43,26 @@ int ErrorCodeOf(Call call, std::string* message = nullptr) {
     return 0;
 }
 
+// The stream route: the model a document gives (with an auxiliary path only when one is named), and
+// the code of the refusal it gives, or 0.
+inline QXVantry_920::ScoreModel* FromStream(std::string const& document, Names const& names,
+                                            std::string const& encoding = "",
+                                            char const* auxiliaryPath = nullptr) {
+    std::istringstream stream(document);
+    if (auxiliaryPath != nullptr)
+        return QXVantry_920::ModelFactory::MakeModelFromXML(stream, names, encoding, auxiliaryPath);
+    return QXVantry_920::ModelFactory::MakeModelFromXML(stream, names, encoding);
+}
+
+inline std::string StreamModel(std::string const& document, Names const& names,
+                               std::string const& encoding = "") {
+    return Describe(FromStream(document, names, encoding));
+}
+
+inline int StreamCode(std::string const& document, Names const& names, std::string* message = nullptr) {
+    return ErrorCodeOf([&] { return FromStream(document, names); }, message);
+}
+
 // ctest runs each test in a process of its own, several at once: the process id keeps their files apart.
 inline std::string WriteTempFile(std::string const& name, std::string const& content) {
     const std::string path = testing::TempDir() + std::to_string(getpid()) + "_" + name;

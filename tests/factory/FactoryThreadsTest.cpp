@@ -31,9 +31,7 @@ TEST(FactoryThreads, ModelsAreBuiltConcurrentlyAfterInitialize) {
             for (int i = 0; i < kModelsPerThread; ++i) {
                 auto const& [document, expected] = cases[(t + i) % cases.size()];
                 try {
-                    std::istringstream stream(document);
-                    if (Describe(ModelFactory::MakeModelFromXML(stream, ModelFactory::fModelNames,
-                                                                "UTF-8")) != expected) {
+                    if (StreamModel(document, ModelFactory::fModelNames, "UTF-8") != expected) {
                         ++mismatches[t];
                     }
                 } catch (QXVantry_920::VTException&) {

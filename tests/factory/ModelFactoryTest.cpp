@@ -10,21 +10,6 @@ using namespace vantry_test;
 
 namespace {
 
-// The model built from a document on the stream route, described by its plug-in.
-std::string ModelOf(std::string const& document, Names const& names, std::string const& encoding = "") {
-    std::istringstream stream(document);
-    return Describe(ModelFactory::MakeModelFromXML(stream, names, encoding));
-}
-
-int CodeOf(std::string const& document, Names const& names, std::string* message = nullptr) {
-    return ErrorCodeOf(
-        [&] {
-            std::istringstream stream(document);
-            return ModelFactory::MakeModelFromXML(stream, names, "");
-        },
-        message);
-}
-
 const char kTwoModels[] =
     "<PMML version=\"4.1\"><Header/>"
     "<RegressionModel modelName=\"reg\"/><Segment><TreeModel modelName=\"tree\"/></Segment></PMML>";
@@ -34,77 +19,78 @@ class ModelFactoryTest : public FactoryStateTest {};
 }  // namespace
 
 TEST_F(ModelFactoryTest, CatalogueOrderNotDocumentOrderDecidesTheFamily) {
-    EXPECT_EQ(ModelOf(kTwoModels, {"TreeModel", "RegressionModel"}, "UTF-8"),
+    EXPECT_EQ(StreamModel(kTwoModels, {"TreeModel", "RegressionModel"}, "UTF-8"),
               "TreeModel|document|PMML|TreeModel|tree|UTF-8");
     // The reversed catalogue chooses the other family; that plug-in also receives the catalogue.
-    EXPECT_EQ(ModelOf(kTwoModels, {"RegressionModel", "TreeModel"}),
+    EXPECT_EQ(StreamModel(kTwoModels, {"RegressionModel", "TreeModel"}),
               "RegressionModel|document|PMML|RegressionModel|reg||names=RegressionModel,TreeModel");
     // Names absent from the document are passed over; the element may stand at any depth.
-    EXPECT_EQ(ModelOf(kTwoModels, {"NaiveBayesModel", "TreeModel"}),
+    EXPECT_EQ(StreamModel(kTwoModels, {"NaiveBayesModel", "TreeModel"}),
               "TreeModel|document|PMML|TreeModel|tree|");
     // Names are compared exactly.
     std::string message;
-    EXPECT_EQ(CodeOf(kTwoModels, {"treemodel", "REGRESSIONMODEL"}, &message), 260301);
+    EXPECT_EQ(StreamCode(kTwoModels, {"treemodel", "REGRESSIONMODEL"}, &message), 260301);
     EXPECT_EQ(message, "Unsupported model: ''.");
 }
 
 TEST_F(ModelFactoryTest, RootTagSelectsTheDispatch) {
     // "Tree" is served by TreeModel even without a catalogue.
-    EXPECT_EQ(ModelOf("<Tree><Node/></Tree>", {}), "TreeModel|document|Tree|Tree||");
+    EXPECT_EQ(StreamModel("<Tree><Node/></Tree>", {}), "TreeModel|document|Tree|Tree||");
     // A legacy document with a regression model goes to GeneralRegressionModel, catalogue or not.
-    EXPECT_EQ(ModelOf("<krom-ml><model><regression-model/></model></krom-ml>", {}),
+    EXPECT_EQ(StreamModel("<krom-ml><model><regression-model/></model></krom-ml>", {}),
               "GeneralRegressionModel|document|krom-ml|krom-ml||");
     // Any other legacy document is searched like PMML.
-    EXPECT_EQ(ModelOf("<krom-ml><TreeModel modelName=\"k\"/></krom-ml>", {"TreeModel"}),
+    EXPECT_EQ(StreamModel("<krom-ml><TreeModel modelName=\"k\"/></krom-ml>", {"TreeModel"}),
               "TreeModel|document|krom-ml|TreeModel|k|");
-    EXPECT_EQ(CodeOf("<krom-ml><TreeModel/></krom-ml>", {}), 260301);
-    EXPECT_EQ(ModelOf("<AssocLattice><TreeModel/></AssocLattice>", {"TreeModel"}),
+    EXPECT_EQ(StreamCode("<krom-ml><TreeModel/></krom-ml>", {}), 260301);
+    EXPECT_EQ(StreamModel("<AssocLattice><TreeModel/></AssocLattice>", {"TreeModel"}),
               "TreeModel|document|AssocLattice|TreeModel||");
-    EXPECT_EQ(
-        ModelOf("<SequentialAssociationLattice><TreeModel/></SequentialAssociationLattice>", {"TreeModel"}),
-        "TreeModel|document|SequentialAssociationLattice|TreeModel||");
+    EXPECT_EQ(StreamModel("<SequentialAssociationLattice><TreeModel/></SequentialAssociationLattice>",
+                          {"TreeModel"}),
+              "TreeModel|document|SequentialAssociationLattice|TreeModel||");
 
     // Roots are compared exactly, and namespaces are off, so a prefixed root is unknown.
     std::string message;
-    EXPECT_EQ(CodeOf("<pmml><TreeModel/></pmml>", {"TreeModel"}, &message), 260301);
+    EXPECT_EQ(StreamCode("<pmml><TreeModel/></pmml>", {"TreeModel"}, &message), 260301);
     EXPECT_EQ(message, "Unsupported model: 'pmml'.");
-    EXPECT_EQ(CodeOf("<p:PMML xmlns:p=\"urn:p\"><TreeModel/></p:PMML>", {"TreeModel"}, &message), 260301);
+    EXPECT_EQ(StreamCode("<p:PMML xmlns:p=\"urn:p\"><TreeModel/></p:PMML>", {"TreeModel"}, &message), 260301);
     EXPECT_EQ(message, "Unsupported model: 'p:PMML'.");
 }
 
 TEST_F(ModelFactoryTest, PluginIsFoundByModelNameAndFailuresNameTheModel) {
     // One library serves both association elements.
-    EXPECT_EQ(ModelOf("<PMML><AssociationModelLattice/></PMML>", {"AssociationModelLattice"}),
+    EXPECT_EQ(StreamModel("<PMML><AssociationModelLattice/></PMML>", {"AssociationModelLattice"}),
               "AssociationModel|document|PMML|PMML||");
     std::string message;
     // No library of that name.
-    EXPECT_EQ(CodeOf("<PMML><SupportVectorMachineModel/></PMML>", {"SupportVectorMachineModel"}, &message),
-              260113);
+    EXPECT_EQ(
+        StreamCode("<PMML><SupportVectorMachineModel/></PMML>", {"SupportVectorMachineModel"}, &message),
+        260113);
     EXPECT_EQ(message, "Missing model dll of 'SupportVectorMachineModel'.");
     // A library without GiveMyTranslator.
-    EXPECT_EQ(CodeOf("<PMML><MiningModel/></PMML>", {"MiningModel"}, &message), 260113);
+    EXPECT_EQ(StreamCode("<PMML><MiningModel/></PMML>", {"MiningModel"}, &message), 260113);
     EXPECT_EQ(message, "Missing model dll of 'MiningModel'.");
     // A catalogue name that already ends in the extension still gets the release suffix.
-    EXPECT_EQ(CodeOf("<PMML><TreeModel.so/></PMML>", {"TreeModel.so"}), 260113);
+    EXPECT_EQ(StreamCode("<PMML><TreeModel.so/></PMML>", {"TreeModel.so"}), 260113);
 }
 
 TEST_F(ModelFactoryTest, TranslatorAnswersPassThrough) {
     // A translator that answers null makes no error: the host gets null.
-    EXPECT_EQ(ModelOf("<PMML><ClusteringModel/></PMML>", {"ClusteringModel"}), "null");
+    EXPECT_EQ(StreamModel("<PMML><ClusteringModel/></PMML>", {"ClusteringModel"}), "null");
     // The translator's own exception reaches the host unchanged.
     std::string message;
-    EXPECT_EQ(CodeOf("<PMML><TreeModel count=\"12x\"/></PMML>", {"TreeModel"}, &message), 260151);
+    EXPECT_EQ(StreamCode("<PMML><TreeModel count=\"12x\"/></PMML>", {"TreeModel"}, &message), 260151);
     EXPECT_EQ(message, "The value: '12x' is invalid of type: 'integer'.");
-    EXPECT_EQ(ModelOf("<PMML><TreeModel count=\"+12\"/></PMML>", {"TreeModel"}),
+    EXPECT_EQ(StreamModel("<PMML><TreeModel count=\"+12\"/></PMML>", {"TreeModel"}),
               "TreeModel|document|PMML|TreeModel|||count=12");
 
     // A plug-in that gives no translator gives no model either, on both plug-in paths.
     ASSERT_EQ(setenv("VANTRY_TEST_NULL_GIVE", "NearestNeighborModel", 1), 0);
-    EXPECT_EQ(ModelOf("<PMML><NearestNeighborModel/></PMML>", {"NearestNeighborModel"}), "null");
+    EXPECT_EQ(StreamModel("<PMML><NearestNeighborModel/></PMML>", {"NearestNeighborModel"}), "null");
     ASSERT_EQ(setenv("VANTRY_TEST_NULL_GIVE", "TreeModel", 1), 0);
-    EXPECT_EQ(ModelOf("<PMML><TreeModel/></PMML>", {"TreeModel"}), "null");
+    EXPECT_EQ(StreamModel("<PMML><TreeModel/></PMML>", {"TreeModel"}), "null");
     unsetenv("VANTRY_TEST_NULL_GIVE");
-    EXPECT_EQ(ModelOf("<PMML><TreeModel/></PMML>", {"TreeModel"}), "TreeModel|document|PMML|TreeModel||");
+    EXPECT_EQ(StreamModel("<PMML><TreeModel/></PMML>", {"TreeModel"}), "TreeModel|document|PMML|TreeModel||");
 }
 
 TEST_F(ModelFactoryTest, CallsAfterTerminateStartXercesThemselves) {
@@ -112,19 +98,18 @@ TEST_F(ModelFactoryTest, CallsAfterTerminateStartXercesThemselves) {
     ModelFactory::Terminate();
     // fInitialized stays true, but the call does not rely on a stopped parser library.
     EXPECT_TRUE(ModelFactory::fInitialized);
-    EXPECT_EQ(ModelOf("<Tree/>", {}), "TreeModel|document|Tree|Tree||");
+    EXPECT_EQ(StreamModel("<Tree/>", {}), "TreeModel|document|Tree|Tree||");
 }
 
 TEST_F(ModelFactoryTest, DocumentsWithoutUsableRootAreRefused) {
     std::string message;
-    EXPECT_EQ(CodeOf("", {"TreeModel"}, &message), 260110);
+    EXPECT_EQ(StreamCode("", {"TreeModel"}, &message), 260110);
     EXPECT_EQ(
         message,
         "Missing root element in PMML, invalid XML format or no dtd file available in current directory.");
-    EXPECT_EQ(CodeOf("<?xml version=\"1.0\"?>", {"TreeModel"}), 260110);
-    EXPECT_EQ(CodeOf("not xml at all", {"TreeModel"}), 260110);
+    EXPECT_EQ(StreamCode("not xml at all", {"TreeModel"}), 260110);
     // Content behind the root is a fatal error: the document is refused, not read in part.
-    EXPECT_EQ(CodeOf("<PMML></PMML><TreeModel/>", {"TreeModel"}), 260109);
+    EXPECT_EQ(StreamCode("<PMML></PMML><TreeModel/>", {"TreeModel"}), 260109);
 }
 
 TEST_F(ModelFactoryTest, ModelNameOverloadsKeepTheirTrap) {
@@ -159,15 +144,15 @@ TEST_F(ModelFactoryTest, ModelNameOverloadsKeepTheirTrap) {
 
 TEST_F(ModelFactoryTest, FirstCallerFillsAnEmptyProcessCatalogue) {
     ModelFactory::fModelNames.clear();
-    EXPECT_EQ(ModelOf(kTwoModels, {"TreeModel", "RegressionModel"}),
+    EXPECT_EQ(StreamModel(kTwoModels, {"TreeModel", "RegressionModel"}),
               "TreeModel|document|PMML|TreeModel|tree|");
     EXPECT_EQ(ModelFactory::fModelNames, (Names{"TreeModel", "RegressionModel"}));
     // Later callers use their own names and leave the process catalogue alone.
-    EXPECT_EQ(ModelOf(kTwoModels, {"RegressionModel"}),
+    EXPECT_EQ(StreamModel(kTwoModels, {"RegressionModel"}),
               "RegressionModel|document|PMML|RegressionModel|reg||names=RegressionModel");
     EXPECT_EQ(ModelFactory::fModelNames, (Names{"TreeModel", "RegressionModel"}));
     // An empty list of the caller counts, not the process catalogue.
-    EXPECT_EQ(CodeOf(kTwoModels, {}), 260301);
+    EXPECT_EQ(StreamCode(kTwoModels, {}), 260301);
 }
 
 TEST_F(ModelFactoryTest, FileRouteReadsCatalogueAndDocument) {

@@ -26,8 +26,7 @@ std::string Nested(int levels, std::string const& kind) {
 }
 
 QXVantry_920::ScoreModel* Make(std::string const& document) {
-    std::istringstream stream(document);
-    return ModelFactory::MakeModelFromXML(stream, kMisbehaving, "");
+    return FromStream(document, kMisbehaving);
 }
 
 }  // namespace

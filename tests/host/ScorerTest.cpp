@@ -79,7 +79,6 @@ TEST(Scorer, ByNameAndByIndexGiveTheCommandsAnswers) {
     EXPECT_EQ(ByIndex(scorer, "", "0", "blue, dark"), "1.5");
     EXPECT_EQ(ByIndex(scorer, "abc", "4", "red"), "");
     EXPECT_EQ(ByIndex(scorer, "1", "2.5", "red"), "");
-    EXPECT_EQ(ByIndex(scorer, "0.5", "8", "red"), "4.5");
 
     EXPECT_TRUE(scorer.Score({{"x", 1.0}, {"n", 4.0}, {"color", "red"}, {"unused", 3.0}}));
     EXPECT_EQ(scorer.Number("y"), 4.5);

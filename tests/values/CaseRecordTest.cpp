@@ -1,15 +1,16 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "tests/values/ValuesTestSupport.h"
 #include "vantry/values/DateTimeValue.h"
 #include "vantry/values/ScoreCaseRecord.h"
 #include "vantry/values/ScoreValue.h"
 
 using namespace QXVantry_920;
+using namespace vantry_test;
 
 TEST(CaseRecord, SlotsAreFixedOnArrivalAndNamesListTwoWays) {
     CaseRecord record;
@@ -146,9 +147,7 @@ TEST(CaseRecord, CopiesCloneEveryValue) {
     assigned = assigned;
     EXPECT_EQ(assigned.Size(), 3);
 
-    std::ostringstream out;
-    source.Display(out);
-    EXPECT_EQ(out.str(),
+    EXPECT_EQ(Shown(source),
               "Start ScoreCaseRecord Display:\nVar Name: gap\nVar Name: x; Var Value: 1\n"
               "Var Name: y; Var Value: y\nEnd of ScoreCaseRecord Display.\n\n");
 }

@@ -5,14 +5,14 @@
 #include <memory>
 #include <string>
 
+#include "tests/values/ValuesTestSupport.h"
 #include "vantry/values/DateTimeValue.h"
 
 using namespace QXVantry_920;
+using namespace vantry_test;
 using DT = ScoreDictVar::DateTimeType;
 
 namespace {
-
-double const kSysmis = -std::numeric_limits<double>::max();
 
 // The stored number of seconds, whatever the val type.
 double Seconds(DateTimeValue const& value) {

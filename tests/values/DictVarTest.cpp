@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <sstream>
 #include <string>
 
+#include "tests/values/ValuesTestSupport.h"
 #include "vantry/values/DateTimeValue.h"
 #include "vantry/values/MissingValueSet.h"
 #include "vantry/values/Range.h"
@@ -13,6 +13,7 @@
 #include "vantry/values/ValueLabel.h"
 
 using namespace QXVantry_920;
+using namespace vantry_test;
 
 namespace {
 
@@ -216,17 +217,13 @@ TEST(DictVar, DisplayLiterals) {
     var.SetLabel("L");
     var.SetMLevel(ScoreDictVar::MEASURE_NOMINAL);
     var.SetXMeasure("flag");
-    std::ostringstream out;
-    var.Display(out);
-    EXPECT_EQ(out.str(),
+    EXPECT_EQ(Shown(var),
               "Start ScoreDictVar Display:\nVar Name = v; Var Lable = L; Var Type = STRING_VAR; "
               "Var level =  Nominal; \nx-Measure: flag\nEnd of ScoreDictVar Display.\n\n");
 
     DictVar date("d", ScoreDictVar::DATETIME_VAR);
     date.SetMLevel(static_cast<ScoreDictVar::MeasureLevel>(7));
-    std::ostringstream dateOut;
-    date.Display(dateOut);
-    EXPECT_EQ(dateOut.str(),
+    EXPECT_EQ(Shown(date),
               "Start ScoreDictVar Display:\nVar Name = d; Var Lable = ; Var level = unknown;\n"
               "End of ScoreDictVar Display.\n\n");
 }

@@ -1,14 +1,15 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "tests/values/ValuesTestSupport.h"
 #include "vantry/values/ScoreDictVar.h"
 #include "vantry/values/ScoreDictionary.h"
 
 using namespace QXVantry_920;
+using namespace vantry_test;
 
 namespace {
 
@@ -107,10 +108,7 @@ TEST(BaseDictionary, CopiesCloneVariablesAndAssignmentKeepsTheNameList) {
     a = a;
     EXPECT_EQ(a.Size(), 2);
 
-    std::ostringstream out;
-    BaseDictionary empty;
-    empty.Display(out);
     EXPECT_EQ(
-        out.str(),
+        Shown(BaseDictionary()),
         "\n ############ Begin dictionary display ################ \nEnd Of ScoreDictionary display.\n\n");
 }

@@ -11,17 +11,13 @@
 #include <string>
 #include <vector>
 
+#include "tests/values/ValuesTestSupport.h"
 #include "vantry/values/DateTimeValue.h"
 #include "vantry/values/ScoreEncoder.h"
 #include "vantry/values/ScoreValue.h"
 
 using namespace QXVantry_920;
-
-namespace {
-
-double const kSysmis = NumericValue::GetSysmisValue();
-
-}  // namespace
+using namespace vantry_test;
 
 TEST(ScoreBinningEncoder, CutPointsCloseTheirBinAbove) {
     ScoreBinningEncoder encoder({1.0, 2.0, 3.0});
@@ -64,9 +60,7 @@ TEST(ScoreBinningEncoder, ValueFormsRefuseAllButNumbers) {
     EXPECT_EQ(clone->GetNumberOfCategories(), 4);
     EXPECT_EQ(clone->EncodeConst(&number), 2);
 
-    std::ostringstream out;
-    encoder.Display(out);
-    EXPECT_EQ(out.str(), "\tScoreBinningEncoder: number of bins = 4\n\t\tCutpoints: 1 2 3 \n");
+    EXPECT_EQ(Shown(encoder), "\tScoreBinningEncoder: number of bins = 4\n\t\tCutpoints: 1 2 3 \n");
 }
 
 TEST(ScoreBinningEncoder, TracesTwoExitMarksPerEncode) {
@@ -146,10 +140,8 @@ TEST(ScoreCatNumericEncoder, LabelsGrowToTheCategoriesAndAreNotCopied) {
     EXPECT_EQ(target.DecodeNum(2), 3.0);
     EXPECT_EQ(*target.GetValueLabels(), std::vector<std::string>{"nine"});
 
-    std::ostringstream out;
-    ScoreCatNumericEncoder(std::vector<double>{1, 2, 3, 4, 5, 6, 7, 8}).Display(out);
     EXPECT_EQ(
-        out.str(),
+        Shown(ScoreCatNumericEncoder(std::vector<double>{1, 2, 3, 4, 5, 6, 7, 8})),
         "\tScoreCatNumericEncoder: Last code = 7\n\t\tNumeric values of categories: 1 2 3 4 5 6 7 \n8 \n");
 }
 
@@ -224,9 +216,7 @@ TEST(ScoreCatStringEncoder, CopiesRebuildLinksAndKeepOwnFlags) {
     EXPECT_EQ(assigned.Encode(std::string("d")), 3);
     EXPECT_EQ(assigned.Decode(3), "d");
 
-    std::ostringstream out;
-    assigned.Display(out);
     EXPECT_EQ(
-        out.str(),
+        Shown(assigned),
         "\tScoreCatStringEncoder object:  Last code = 3\n\t\t0\t\tb\n\t\t1\t\ta\n\t\t2\t\tc\n\t\t3\t\td\n");
 }

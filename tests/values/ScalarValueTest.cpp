@@ -5,20 +5,18 @@
 #include <cstdint>
 #include <cstring>
 #include <iostream>
-#include <limits>
 #include <locale>
 #include <memory>
 #include <string>
 
+#include "tests/values/ValuesTestSupport.h"
 #include "vantry/values/DateTimeValue.h"
 #include "vantry/values/ScoreValue.h"
 
 using namespace QXVantry_920;
+using namespace vantry_test;
 
 namespace {
-
-double const kSysmis = -std::numeric_limits<double>::max();
-double const kInf = std::numeric_limits<double>::infinity();
 
 std::uint64_t Bits(double d) {
     std::uint64_t bits;

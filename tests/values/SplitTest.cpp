@@ -2,10 +2,10 @@
 
 #include <limits>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "tests/values/ValuesTestSupport.h"
 #include "vantry/values/MissingValueSet.h"
 #include "vantry/values/Range.h"
 #include "vantry/values/ScoreDictVar.h"
@@ -14,6 +14,7 @@
 #include "vantry/values/ValueLabel.h"
 
 using namespace QXVantry_920;
+using namespace vantry_test;
 
 namespace {
 
@@ -30,9 +31,6 @@ TEST(DiscreteSplit, NumbersAndValuesRouteThroughSeparateTables) {
     DiscreteSplit split(&nominal);
     EXPECT_EQ(split.GetSplitVarType(), ScoreSplitVar::DISCRETE_SPLIT);
     EXPECT_EQ(split.GetMissvalMap(), -1);
-    EXPECT_EQ(split.GetSplitName(), "x");
-    EXPECT_EQ(split.GetSplitType(), ScoreDictVar::kNUMERIC_VAR);
-    EXPECT_EQ(split.GetSplitMLevel(), ScoreDictVar::MEASURE_NOMINAL);
     split.SetMissvalMap(4);
 
     split.PutSplit(1.5, 2);
@@ -82,9 +80,7 @@ TEST(DiscreteSplit, StringsMatchUnderTheVariablesSpaceRules) {
     EXPECT_TRUE(DiscreteSplit(&var).GetSplitValuesFirst().empty());
 
     split.SetStartAndEndIndex(0, 2);
-    std::ostringstream out;
-    split.Display(out);
-    EXPECT_EQ(out.str(),
+    EXPECT_EQ(Shown(split),
               "SplitVarName = x; Var type: Categorical\nMissing Value index: 9\n"
               "Split value index starts from  0 to 2\n"
               "Value = a; Index = 0\nValue = b; Index = 1\nValue = c; Index = 1\n\n");
