@@ -15,9 +15,10 @@
 
 namespace vantry {
 
-char const kShippedCatalogName[] = "modeldll.txt";
-
 namespace {
+
+// The file name of the catalogue that ships with the plug-ins.
+char const kShippedCatalogName[] = "modeldll.txt";
 
 std::mutex gUseLock;
 long gUses = 0;
