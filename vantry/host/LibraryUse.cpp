@@ -17,9 +17,6 @@ namespace vantry {
 
 namespace {
 
-// The file name of the catalogue that ships with the plug-ins.
-char const kShippedCatalogName[] = "modeldll.txt";
-
 std::mutex gUseLock;
 long gUses = 0;
 
@@ -64,7 +61,7 @@ std::string ShippedCatalog() {
         }
     }
     for (std::string const& folder : folders) {
-        std::string const candidate = folder + "/" + kShippedCatalogName;
+        std::string const candidate = folder + "/" + QXVantry_920::kDefaultCatalogName;
         if (IsReadable(candidate)) {
             return candidate;
         }
