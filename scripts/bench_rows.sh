@@ -3,8 +3,8 @@
 # scoring benchmark times (variants included). Each document's input rows are repeated into a large
 # table (BENCH_ROWS rows, default 200000; a twentieth of that for the forests) and scored to /dev/null,
 # best of BENCH_RUNS runs (default 3). The time of scoring the header alone (start-up and model load) is
-# taken off, so that the rates are those of scoring. A command without --threads is timed without it, and the table says
-# so. Needs an optimised build tree (BUILD_DIR, default build/release) with bench_score and vantry-score.
+# taken off, so that the rates are those of scoring. Needs an optimised build tree (BUILD_DIR, default
+# build/release) with bench_score and vantry-score.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=${BUILD_DIR:-build/release}
@@ -36,19 +36,11 @@ for model in "$work"/*.pmml; do
     case $name in *forest* | *RF*) count=$((rows / 20)) ;; esac
     awk -v n="$count" 'NR == 1 { print; next } { row[++k] = $0 } END { for (i = 0; i < n; i++) print row[i % k + 1] }' \
         "$work/$name.input.csv" >"$work/$name.big.csv"
-    one=(--threads 1)
-    two=(--threads 2)
-    note=""
-    if ! "$score" --threads 1 "$model" "$work/$name.input.csv" >/dev/null 2>&1; then
-        one=()
-        two=()
-        note=" (no --threads: both runs single-threaded)"
-    fi
     head -n 1 "$work/$name.input.csv" >"$work/$name.empty.csv"
     t0=$(fastest "$score" -o /dev/null "$model" "$work/$name.empty.csv")
-    t1=$(fastest "$score" "${one[@]}" -o /dev/null "$model" "$work/$name.big.csv")
-    t2=$(fastest "$score" "${two[@]}" -o /dev/null "$model" "$work/$name.big.csv")
-    awk -v name="$name$note" -v n="$count" -v z="$t0" -v a="$t1" -v b="$t2" \
+    t1=$(fastest "$score" --threads 1 -o /dev/null "$model" "$work/$name.big.csv")
+    t2=$(fastest "$score" --threads 2 -o /dev/null "$model" "$work/$name.big.csv")
+    awk -v name="$name" -v n="$count" -v z="$t0" -v a="$t1" -v b="$t2" \
         'BEGIN { a -= z; b -= z
                  if (a <= 0 || b <= 0) { printf "| %s | %d | too noisy | too noisy | |\n", name, n; exit }
                  printf "| %s | %d | %.0f | %.0f | %.2f |\n", name, n, n / a, n / b, a / b }'

@@ -51,6 +51,7 @@
 #include "vantry/translate/BaseTranslator.h"
 #include "vantry/translate/CategoryRules.h"
 #include "vantry/translate/DOMElemUtility.h"
+#include "vantry/translate/DateTimeTypeNames.h"
 #include "vantry/translate/DocumentSupport.h"
 #include "vantry/translate/KROMTranslator.h"
 #include "vantry/translate/PMMLModelTags.h"

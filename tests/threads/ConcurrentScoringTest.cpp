@@ -20,12 +20,8 @@ struct Workload {
 
 // The mining classification fixture with its placeholders filled: an average over tree segments.
 std::string AveragedTrees() {
-    std::string text = Fixture("MiningClassification.pmml");
-    for (auto const& [mark, value] : {std::pair<std::string, std::string>{"@METHOD@", "average"},
-                                      {"@TREATMENT@", "continue"},
-                                      {"@THRESHOLD@", "1"}})
-        text.replace(text.find(mark), mark.size(), value);
-    return text;
+    return Edited(Fixture("MiningClassification.pmml"),
+                  {{"@METHOD@", "average"}, {"@TREATMENT@", "continue"}, {"@THRESHOLD@", "1"}});
 }
 
 std::vector<Workload> Workloads() {

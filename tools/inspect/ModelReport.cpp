@@ -15,6 +15,39 @@ namespace vantry_tool {
 
 namespace {
 
+// The text as a JSON string, quotes included.
+std::string JsonString(std::string const& text) {
+    std::string quoted = "\"";
+    for (unsigned char c : text) {
+        switch (c) {
+            case '"':
+                quoted += "\\\"";
+                break;
+            case '\\':
+                quoted += "\\\\";
+                break;
+            case '\n':
+                quoted += "\\n";
+                break;
+            case '\r':
+                quoted += "\\r";
+                break;
+            case '\t':
+                quoted += "\\t";
+                break;
+            default:
+                if (c < 0x20) {
+                    char escape[8];
+                    std::snprintf(escape, sizeof(escape), "\\u%04x", c);
+                    quoted += escape;
+                } else {
+                    quoted.push_back(static_cast<char>(c));
+                }
+        }
+    }
+    return quoted + "\"";
+}
+
 // A field's facts after its name: "double continuous values a, b interval [0, 1]".
 std::string FactsText(FieldFacts const& facts) {
     std::string text = facts.type + " " + facts.measure;
@@ -93,38 +126,6 @@ void WriteJsonEntries(char const* key, std::vector<OutlineEntry> const& entries,
 }
 
 }  // namespace
-
-std::string JsonString(std::string const& text) {
-    std::string quoted = "\"";
-    for (unsigned char c : text) {
-        switch (c) {
-            case '"':
-                quoted += "\\\"";
-                break;
-            case '\\':
-                quoted += "\\\\";
-                break;
-            case '\n':
-                quoted += "\\n";
-                break;
-            case '\r':
-                quoted += "\\r";
-                break;
-            case '\t':
-                quoted += "\\t";
-                break;
-            default:
-                if (c < 0x20) {
-                    char escape[8];
-                    std::snprintf(escape, sizeof(escape), "\\u%04x", c);
-                    quoted += escape;
-                } else {
-                    quoted.push_back(static_cast<char>(c));
-                }
-        }
-    }
-    return quoted + "\"";
-}
 
 ModelReport CollectReport(QXVantry_920::ScoreModel const& model, DocumentOutline outline) {
     ModelReport report;

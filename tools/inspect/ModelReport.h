@@ -35,7 +35,4 @@ void WriteText(ModelReport const& report, std::ostream& out);
 
 void WriteJson(ModelReport const& report, std::ostream& out);
 
-// The text as a JSON string, quotes included.
-std::string JsonString(std::string const& text);
-
 }  // namespace vantry_tool

@@ -9,6 +9,7 @@
 #include "tools/score/Csv.h"
 #include "tools/score/RowScorer.h"
 #include "vantry/factory/ScoreModel.h"
+#include "vantry/translate/DateTimeTypeNames.h"
 #include "vantry/values/MissingValueSet.h"
 #include "vantry/values/Range.h"
 #include "vantry/values/ScoreCaseRecord.h"
@@ -24,26 +25,12 @@ using QXVantry_920::ScoreValueRange;
 namespace {
 
 std::string TypeName(ScoreDictVar const& variable) {
-    static char const* const kDateTypes[] = {
-        "date",
-        "time",
-        "dateTime",
-        "dateDaysSince[0]",
-        "dateDaysSince[1960]",
-        "dateDaysSince[1970]",
-        "dateDaysSince[1980]",
-        "timeSeconds",
-        "dateTimeSecondsSince[0]",
-        "dateTimeSecondsSince[1960]",
-        "dateTimeSecondsSince[1970]",
-        "dateTimeSecondsSince[1980]",
-    };
     switch (variable.GetVarType()) {
         case ScoreDictVar::STRING_VAR:
             return "string";
         case ScoreDictVar::DATETIME_VAR: {
-            int const type = static_cast<int>(variable.GetDateTimeType());
-            return type >= 1 && type <= 12 ? kDateTypes[type - 1] : "dateTime";
+            char const* name = QXVantry_920::DateTimeTypeName(variable.GetDateTimeType());
+            return name != nullptr ? name : "dateTime";
         }
         default:
             break;

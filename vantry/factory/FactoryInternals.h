@@ -44,7 +44,12 @@ std::string MakeLibraryFileName(std::string name);
 // The plug-in file of a model: the model name, "920", "r", then MakeLibraryFileName.
 std::string MakeModelLibraryName(std::string modelName);
 
-// Reads the catalogue of model names ("modeldll.txt" for an empty path). 260103 if it cannot be opened.
+// The catalogue's file name: read from the working directory when no path is given, and the name of
+// the one that ships with the plug-ins.
+inline constexpr char kDefaultCatalogName[] = "modeldll.txt";
+
+// Reads the catalogue of model names (kDefaultCatalogName for an empty path). 260103 if it cannot be
+// opened.
 void ReadModelCatalog(std::string const& path, std::vector<std::string>& result);
 
 // The translator of a plug-in, for a name that must stand in modelNames; 260113 otherwise, or if the

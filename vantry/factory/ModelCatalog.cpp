@@ -11,7 +11,6 @@ namespace QXVantry_920 {
 
 namespace {
 
-constexpr char kDefaultCatalog[] = "modeldll.txt";
 constexpr char kCatalogSeparators[] = " ,\t\n";
 // Characters of one catalogue line, the terminating zero included. A longer line is cut here, and
 // reading stops after it.
@@ -24,7 +23,7 @@ constexpr char kReleaseSuffix[] = "920r";
 
 void ReadModelCatalog(std::string const& path, std::vector<std::string>& result) {
     result.clear();
-    const std::string fileName = path.empty() ? std::string(kDefaultCatalog) : path;
+    const std::string fileName = path.empty() ? std::string(kDefaultCatalogName) : path;
     std::ifstream file(fileName);
     if (!file.is_open())
         ThrowCodedError(260103, {fileName});

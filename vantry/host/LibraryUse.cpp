@@ -15,8 +15,6 @@
 
 namespace vantry {
 
-char const kShippedCatalogName[] = "modeldll.txt";
-
 namespace {
 
 std::mutex gUseLock;
@@ -63,7 +61,7 @@ std::string ShippedCatalog() {
         }
     }
     for (std::string const& folder : folders) {
-        std::string const candidate = folder + "/" + kShippedCatalogName;
+        std::string const candidate = folder + "/" + QXVantry_920::kDefaultCatalogName;
         if (IsReadable(candidate)) {
             return candidate;
         }

@@ -14,9 +14,6 @@
 
 namespace vantry {
 
-// The file name of the catalogue that ships with the plug-ins.
-VANTRY_EXPORT extern char const kShippedCatalogName[];
-
 // The families served when no catalogue is found: TreeModel, RegressionModel, MiningModel.
 VANTRY_EXPORT std::vector<std::string> const& FallbackModelNames();
 

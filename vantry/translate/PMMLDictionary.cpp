@@ -13,6 +13,7 @@
 
 #include "vantry/diagnostics/CodedError.h"
 #include "vantry/translate/CategoryRules.h"
+#include "vantry/translate/DateTimeTypeNames.h"
 #include "vantry/translate/DocumentSupport.h"
 #include "vantry/translate/PMMLTranslator.h"
 #include "vantry/values/MissingValueSet.h"
@@ -370,29 +371,15 @@ void PMMLTranslator::ParseUsageTypeExtension(DOMElement* extension, ScoreDictVar
 }
 
 ScoreDictVar::DateTimeType PMMLTranslator::ParseDateTimeType(XMLCh const* text) {
-    static char const* const kNames[] = {
-        "date",
-        "time",
-        "dateTime",
-        "dateDaysSince[0]",
-        "dateDaysSince[1960]",
-        "dateDaysSince[1970]",
-        "dateDaysSince[1980]",
-        "timeSeconds",
-        "dateTimeSecondsSince[0]",
-        "dateTimeSecondsSince[1960]",
-        "dateTimeSecondsSince[1970]",
-        "dateTimeSecondsSince[1980]",
-    };
     if (text == nullptr) {
         return ScoreDictVar::DT_NONE;
     }
-    int number = 1;
-    for (char const* name : kNames) {
-        if (IsEqual(fTranscoder, text, name)) {
-            return static_cast<ScoreDictVar::DateTimeType>(number);
+    for (int number = ScoreDictVar::DT_DATE; number <= ScoreDictVar::DT_DATETIME_SECONDS_SINCE_1980;
+         ++number) {
+        auto const type = static_cast<ScoreDictVar::DateTimeType>(number);
+        if (IsEqual(fTranscoder, text, DateTimeTypeName(type))) {
+            return type;
         }
-        ++number;
     }
     return ScoreDictVar::DT_NONE;
 }
