@@ -3,6 +3,7 @@
 #include <memory>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
+#include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLString.hpp>
 
 XERCES_CPP_NAMESPACE_USE
@@ -103,9 +104,16 @@ DOMElement* FindModel(DOMElement* root, std::vector<std::string> const& modelNam
 
 DocumentOutline ReadOutline(std::string const& path, std::vector<std::string> const& modelNames) {
     DocumentOutline outline;
+    // The document was read once already by the library, which fetches nothing from outside it; this
+    // second reading of the same file must not either, nor expand entities without bound.
+    SecurityManager security;
+    security.setEntityExpansionLimit(10000);
     auto parser = std::make_unique<XercesDOMParser>();
     parser->setValidationScheme(XercesDOMParser::Val_Never);
     parser->setDoNamespaces(false);
+    parser->setLoadExternalDTD(false);
+    parser->setDisableDefaultEntityResolution(true);
+    parser->setSecurityManager(&security);
     try {
         parser->parse(path.c_str());
     } catch (...) {
