@@ -59,6 +59,7 @@ class TreeWalker {
     CompiledTree const& fTree;
     ScoreCaseRecord const* fInput = nullptr;
     ScoreCaseRecord const* fDerived = nullptr;
+    CaseSlots fSlots;
     TreeAnswer fAnswer;
     // Scratch of blends: the nodes still to descend, the candidates of one node, and the sums.
     std::vector<Frame> fStack;

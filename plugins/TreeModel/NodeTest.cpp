@@ -1,0 +1,117 @@
+#include "plugins/TreeModel/NodeTest.h"
+
+#include <limits>
+#include <typeinfo>
+
+#include "vantry/transform/TransformVar.h"
+#include "vantry/values/Range.h"
+#include "vantry/values/ScoreCaseRecord.h"
+#include "vantry/values/ScoreDictVar.h"
+#include "vantry/values/ScoreSplitVar.h"
+#include "vantry/values/ScoreValue.h"
+
+namespace QXVantry_920 {
+
+namespace {
+
+// NumericValue's system-missing number.
+constexpr double kSysmis = -std::numeric_limits<double>::max();
+
+// The operators the reader turns into exactly one range of a scale split (or none, for a bound that is
+// infinite on the open side: such a split is left to the predicate).
+bool IsOneRangeOperator(SimplePredicate::SimplePredOperator op) {
+    switch (op) {
+        case SimplePredicate::OP_EQUAL:
+        case SimplePredicate::OP_LESS_THAN:
+        case SimplePredicate::OP_LESS_OR_EQUAL:
+        case SimplePredicate::OP_GREATER_THAN:
+        case SimplePredicate::OP_GREATER_OR_EQUAL:
+            return true;
+        default:
+            return false;
+    }
+}
+
+// Whether the variable answers IsMissingValue as a DictVar without missing values does (a derived
+// variable inherits it unchanged): missing exactly for the system-missing number (and no value).
+bool IsPlainNumeric(ScoreDictVar const& variable) {
+    std::type_info const& type = typeid(variable);
+    return (type == typeid(DictVar) || type == typeid(TransformVar)) &&
+           variable.GetVarType() == ScoreDictVar::kNUMERIC_VAR && variable.GetMissingValues() == nullptr;
+}
+
+}  // namespace
+
+NodeTest CompileNodeTest(ScorePredicate* predicate) {
+    NodeTest test;
+    if (predicate == nullptr) {
+        return test;
+    }
+    std::type_info const& type = typeid(*predicate);
+    if (type == typeid(TruePredicate)) {
+        test.kind = NodeTest::kTrue;
+        return test;
+    }
+    if (type == typeid(FalsePredicate)) {
+        test.kind = NodeTest::kFalse;
+        return test;
+    }
+    if (type != typeid(SimplePredicate)) {
+        return test;
+    }
+    auto const* simple = static_cast<SimplePredicate const*>(predicate);
+    ScoreSplitVar const* split = simple->GetSplit();
+    if (split == nullptr || typeid(*split) != typeid(ScaleSplit) ||
+        !IsOneRangeOperator(simple->GetPredicateOperator())) {
+        return test;
+    }
+    ScoreDictVar const* variable = split->GetSplitVar();
+    auto const* range = static_cast<ScaleSplit const*>(split)->GetSplitValueRangeFirst();
+    if (variable == nullptr || range == nullptr || typeid(*range) != typeid(Range) ||
+        variable->GetVarType() != ScoreDictVar::kNUMERIC_VAR ||
+        variable->GetMLevel() == ScoreDictVar::MEASURE_NOMINAL || variable->GetValueIndex() < 0) {
+        return test;
+    }
+    test.kind = NodeTest::kNumber;
+    test.derived = variable->IsDerivedVariable();
+    test.plain = IsPlainNumeric(*variable);
+    test.missing = split->GetMissvalMap() == -1 ? ScorePredicate::PRED_UNKNOWN : ScorePredicate::PRED_TRUE;
+    test.slot = variable->GetValueIndex();
+    test.range = static_cast<Range const*>(range);
+    test.variable = variable;
+    return test;
+}
+
+namespace {
+
+std::vector<ScoreValue*> const* SlotsOf(ScoreCaseRecord const* record) {
+    return record != nullptr && typeid(*record) == typeid(CaseRecord)
+               ? &static_cast<CaseRecord const*>(record)->CaseRecord::GetAllValues()
+               : nullptr;
+}
+
+}  // namespace
+
+CaseSlots::CaseSlots(ScoreCaseRecord const* inputRecord, ScoreCaseRecord const* derivedRecord)
+    : input(SlotsOf(inputRecord)), derived(SlotsOf(derivedRecord)), hasDerived(derivedRecord != nullptr) {}
+
+int TestNumber(NodeTest const& test, CaseSlots const& slotsOfCase) {
+    // As the predicate reads: a derived field from the derived record when the case has one.
+    std::vector<ScoreValue*> const* slots =
+        test.derived && slotsOfCase.hasDerived ? slotsOfCase.derived : slotsOfCase.input;
+    if (slots == nullptr || static_cast<std::size_t>(test.slot) >= slots->size()) {
+        return kPredicateNeeded;
+    }
+    ScoreValue const* value = (*slots)[static_cast<std::size_t>(test.slot)];
+    if (value == nullptr || typeid(*value) != typeid(NumericValue)) {
+        return kPredicateNeeded;
+    }
+    double const x = static_cast<NumericValue const*>(value)->NumericValue::GetDouble();
+    bool const missing = test.plain ? x == kSysmis : test.variable->IsMissingValue(value);
+    if (missing) {
+        return test.missing;
+    }
+    return test.range->HoldsNumber(x) ? ScorePredicate::PRED_TRUE : ScorePredicate::PRED_FALSE;
+}
+
+}  // namespace QXVantry_920

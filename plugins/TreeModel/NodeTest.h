@@ -1,0 +1,61 @@
+// A node's condition in the form a walk tests it fastest, chosen once when the tree is read:
+//   - the constants True and False;
+//   - a number test: a SimplePredicate on a numeric field with one of the operators lessThan,
+//     lessOrEqual, greaterThan, greaterOrEqual or equal, which the reader turns into one Range of the
+//     field. It is tested on the number in the field's slot of the record, without the predicate's
+//     virtual calls: the field is missing exactly when its variable says so (for a variable without
+//     declared missing values, when it holds the system-missing number), and otherwise the condition
+//     holds when the range holds the number (Range::HoldsNumber, the range's own rule);
+//   - anything else (compound and set predicates, categorical tests, notEqual, isMissing, a record
+//     without the value in its slot, a value that is not a number) through the predicate object.
+// A number test gives exactly the predicate's answer.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "vantry/transform/ScorePredicate.h"
+
+namespace QXVantry_920 {
+
+class Range;
+class ScoreCaseRecord;
+class ScoreDictVar;
+class ScoreValue;
+
+struct NodeTest {
+    enum Kind : std::uint8_t { kPredicate, kTrue, kFalse, kNumber };
+
+    Kind kind = kPredicate;
+    // Number tests: the field reads the derived record (when the case has one), else the input record.
+    bool derived = false;
+    // The variable has no declared missing values: missing exactly at the system-missing number.
+    bool plain = false;
+    // The answer for a missing value: unknown, or true for a predicate whose split sends missing values
+    // to its child.
+    ScorePredicate::PredicateResult missing = ScorePredicate::PRED_UNKNOWN;
+    std::int32_t slot = -1;
+    Range const* range = nullptr;
+    ScoreDictVar const* variable = nullptr;
+};
+
+// The fastest form of a predicate that gives its answers; kPredicate for a null predicate too.
+NodeTest CompileNodeTest(ScorePredicate* predicate);
+
+// The slots of a case's two records, read once per walk: null for a record that is not a plain
+// CaseRecord (the predicate objects then read it their own way).
+struct CaseSlots {
+    CaseSlots() = default;
+    CaseSlots(ScoreCaseRecord const* inputRecord, ScoreCaseRecord const* derivedRecord);
+
+    std::vector<ScoreValue*> const* input = nullptr;
+    std::vector<ScoreValue*> const* derived = nullptr;
+    bool hasDerived = false;
+};
+
+// The answer of a number test on the case's slots; kPredicateNeeded when the value is absent from its
+// slot or not a number, so that the predicate object must answer.
+constexpr int kPredicateNeeded = -1;
+int TestNumber(NodeTest const& test, CaseSlots const& slots);
+
+}  // namespace QXVantry_920
