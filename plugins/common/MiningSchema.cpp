@@ -1,7 +1,9 @@
 #include "plugins/common/MiningSchema.h"
 
 #include <algorithm>
+#include <limits>
 #include <set>
+#include <typeinfo>
 
 #include <xercesc/dom/DOM.hpp>
 
@@ -43,7 +45,21 @@ bool IsNumericKind(ScoreDictVar const* variable) {
     return variable->GetVarType() != ScoreDictVar::STRING_VAR;
 }
 
+// NumericValue's system-missing number.
+constexpr double kSysmis = -std::numeric_limits<double>::max();
+
 }  // namespace
+
+// DictVar's IsValidValue for a variable without categories: a number or date-time value that is not
+// missing. So for a numeric value the one question is IsMissingValue, and without declared missing
+// values that is the system-missing number.
+MiningSchema::Judge MiningSchema::JudgeOf(ScoreDictVar const& variable) {
+    if (typeid(variable) != typeid(DictVar) || variable.GetVarType() != ScoreDictVar::kNUMERIC_VAR ||
+        variable.GetValueLabels() != nullptr) {
+        return Judge::kGeneral;
+    }
+    return variable.GetMissingValues() == nullptr ? Judge::kPlainNumeric : Judge::kNumeric;
+}
 
 MiningSchema::MiningSchema() = default;
 MiningSchema::~MiningSchema() = default;
@@ -168,7 +184,7 @@ void MiningSchema::LayOut(ScoreDictionary* inputs, CaseRecord& prepared) {
         if (field != nullptr && field->usage == Usage::kTarget) {
             field = nullptr;
         }
-        fSlots.push_back(Slot{variable, field, -1});
+        fSlots.push_back(Slot{variable, field, -1, JudgeOf(*variable)});
     }
     fLastInput = nullptr;
     fLastInputSize = -1;
@@ -201,6 +217,9 @@ bool MiningSchema::PrepareSlot(Slot const& slot, int index, ScoreValue const* va
         PutValue(prepared, index, name, value, type);
         return true;
     }
+    if (slot.judge != Judge::kGeneral && PrepareNumber(slot, index, value, prepared)) {
+        return true;
+    }
     bool const text = value != nullptr && ScoreValue::TypeOf(*value) == ScoreValue::STRING_VALUE;
     bool const mismatch = text && IsNumericKind(variable);
     bool missing = !mismatch && IsMissingFor(*variable, value);
@@ -226,20 +245,48 @@ bool MiningSchema::PrepareSlot(Slot const& slot, int index, ScoreValue const* va
         PutValue(prepared, index, name, valid ? field->missingReplacement.get() : nullptr, type);
         return valid;
     }
-    if (field->outliers != Outliers::kAsIs && !text &&
+    PutPresent(slot, index, value, prepared);
+    return true;
+}
+
+bool MiningSchema::PrepareNumber(Slot const& slot, int index, ScoreValue const* value,
+                                 CaseRecord& prepared) const {
+    if (value == nullptr || typeid(*value) != typeid(NumericValue)) {
+        return false;
+    }
+    double const x = static_cast<NumericValue const*>(value)->NumericValue::GetDouble();
+    bool const missing =
+        slot.judge == Judge::kPlainNumeric ? x == kSysmis : slot.variable->IsMissingValue(value);
+    if (missing) {
+        return false;
+    }
+    if (slot.field->outliers == Outliers::kAsIs) {
+        PutNumber(prepared, index, slot.variable->GetName(), x);
+    } else {
+        PutPresent(slot, index, value, prepared);
+    }
+    return true;
+}
+
+void MiningSchema::PutPresent(Slot const& slot, int index, ScoreValue const* value,
+                              CaseRecord& prepared) const {
+    ScoreDictVar const* variable = slot.variable;
+    Field const* field = slot.field;
+    std::string const& name = variable->GetName();
+    bool const number = ScoreValue::TypeOf(*value) != ScoreValue::STRING_VALUE;
+    if (field->outliers != Outliers::kAsIs && number &&
         variable->GetMLevel() == ScoreDictVar::MEASURE_CONTINUOUS) {
         double const x = value->GetDouble();
         if (x < field->lowValue || x > field->highValue) {
             if (field->outliers == Outliers::kAsMissingValues) {
-                PutValue(prepared, index, name, field->missingReplacement.get(), type);
+                PutValue(prepared, index, name, field->missingReplacement.get(), variable->GetVarType());
             } else {
                 PutNumber(prepared, index, name, std::min(std::max(x, field->lowValue), field->highValue));
             }
-            return true;
+            return;
         }
     }
-    PutValue(prepared, index, name, value, type);
-    return true;
+    PutValue(prepared, index, name, value, variable->GetVarType());
 }
 
 }  // namespace QXVantry_920

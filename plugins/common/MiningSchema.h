@@ -76,14 +76,31 @@ class MiningSchema {
     bool Prepare(ScoreCaseRecord const* input, CaseRecord& prepared);
 
   private:
+    // How a slot's value is judged missing and valid.
+    enum class Judge : unsigned char {
+        // Through the variable's virtual tests.
+        kGeneral,
+        // A numeric DictVar without categories: a number is valid exactly when it is not missing, and
+        // the variable's IsMissingValue is asked once.
+        kNumeric,
+        // As kNumeric, and without declared missing values: a number is missing exactly when it is the
+        // system-missing number.
+        kPlainNumeric,
+    };
     struct Slot {
         ScoreDictVar* variable;
         Field const* field;
         // The slot of the variable in the input layout last seen; -1 for none.
         int input;
+        Judge judge;
     };
+    static Judge JudgeOf(ScoreDictVar const& variable);
     // The treated value of one slot.
     bool PrepareSlot(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared) const;
+    // A number for a kNumeric or kPlainNumeric slot; false when the general path must judge it.
+    bool PrepareNumber(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared) const;
+    // The rest of a value judged present and valid: outliers, then the copy.
+    void PutPresent(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared) const;
 
     std::vector<Field> fFields;
     // Per prepared slot: its variable, its field (or null) and the input slot resolved for the layout
