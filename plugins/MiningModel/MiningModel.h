@@ -17,6 +17,7 @@
 
 namespace QXVantry_920 {
 
+class FamilyResult;
 class ScoreClsResult;
 class ScorePredicate;
 class ScoreResult;
@@ -40,6 +41,12 @@ struct Segment {
     std::unique_ptr<ScoreResult> result;
     // The result as a classification result, when it is one.
     ScoreClsResult const* classification = nullptr;
+    // The result as the shipped families' result, when it is exactly one; then, per category of the
+    // mining model, the index of the same category among the result's (-1 for none), made for a
+    // result holding `mappedCount` categories.
+    FamilyResult const* familyResult = nullptr;
+    std::vector<int> categoryMap;
+    int mappedCount = -1;
     // Model chain only: the outputs that later segments read.
     std::vector<ChainOutput> outputs;
 };
@@ -82,6 +89,9 @@ class MiningModel : public FamilyModel, public mining::CatalogueCarrier {
   private:
     // The segment's answer for the case it has just scored.
     mining::SegmentOutcome Outcome(mining::Segment& segment);
+    // The probabilities of the mining model's categories in a segment's result, into
+    // fSegmentProbabilities.
+    void ReadProbabilities(mining::Segment& segment);
     // Copies the flat record into the chain record (values in place).
     void FillChainRecord(ScoreCaseRecord const* flat);
     // Copies a chain segment's outputs into the chain record.

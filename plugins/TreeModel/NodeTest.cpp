@@ -3,6 +3,7 @@
 #include <limits>
 #include <typeinfo>
 
+#include "plugins/common/MiningSchema.h"
 #include "vantry/transform/TransformVar.h"
 #include "vantry/values/Range.h"
 #include "vantry/values/ScoreCaseRecord.h"
@@ -92,13 +93,17 @@ std::vector<ScoreValue*> const* SlotsOf(ScoreCaseRecord const* record) {
 
 }  // namespace
 
-CaseSlots::CaseSlots(ScoreCaseRecord const* inputRecord, ScoreCaseRecord const* derivedRecord)
-    : input(SlotsOf(inputRecord)), derived(SlotsOf(derivedRecord)), hasDerived(derivedRecord != nullptr) {}
+CaseSlots::CaseSlots(ScoreCaseRecord const* inputRecord, ScoreCaseRecord const* derivedRecord,
+                     MiningSchema const* judgedBy)
+    : judged(judgedBy),
+      input(SlotsOf(inputRecord)),
+      derived(SlotsOf(derivedRecord)),
+      hasDerived(derivedRecord != nullptr) {}
 
 int TestNumber(NodeTest const& test, CaseSlots const& slotsOfCase) {
     // As the predicate reads: a derived field from the derived record when the case has one.
-    std::vector<ScoreValue*> const* slots =
-        test.derived && slotsOfCase.hasDerived ? slotsOfCase.derived : slotsOfCase.input;
+    bool const fromDerived = test.derived && slotsOfCase.hasDerived;
+    std::vector<ScoreValue*> const* slots = fromDerived ? slotsOfCase.derived : slotsOfCase.input;
     if (slots == nullptr || static_cast<std::size_t>(test.slot) >= slots->size()) {
         return kPredicateNeeded;
     }
@@ -107,7 +112,9 @@ int TestNumber(NodeTest const& test, CaseSlots const& slotsOfCase) {
         return kPredicateNeeded;
     }
     double const x = static_cast<NumericValue const*>(value)->NumericValue::GetDouble();
-    bool const missing = test.plain ? x == kSysmis : test.variable->IsMissingValue(value);
+    bool const judged = !fromDerived && slotsOfCase.judged != nullptr &&
+                        slotsOfCase.judged->JudgedPresent(test.slot, test.variable);
+    bool const missing = !judged && (test.plain ? x == kSysmis : test.variable->IsMissingValue(value));
     if (missing) {
         return test.missing;
     }

@@ -18,6 +18,7 @@
 
 namespace QXVantry_920 {
 
+class MiningSchema;
 class Range;
 class ScoreCaseRecord;
 class ScoreDictVar;
@@ -46,8 +47,11 @@ NodeTest CompileNodeTest(ScorePredicate* predicate);
 // CaseRecord (the predicate objects then read it their own way).
 struct CaseSlots {
     CaseSlots() = default;
-    CaseSlots(ScoreCaseRecord const* inputRecord, ScoreCaseRecord const* derivedRecord);
+    // `judged`, when not null, is the schema that has just prepared the input record.
+    CaseSlots(ScoreCaseRecord const* inputRecord, ScoreCaseRecord const* derivedRecord,
+              MiningSchema const* judged);
 
+    MiningSchema const* judged = nullptr;
     std::vector<ScoreValue*> const* input = nullptr;
     std::vector<ScoreValue*> const* derived = nullptr;
     bool hasDerived = false;

@@ -55,10 +55,11 @@ ScorePredicate::PredicateResult TreeWalker::Evaluate(std::int32_t node) {
     return result == ScorePredicate::PRED_SURROGATE_TRUE ? ScorePredicate::PRED_TRUE : result;
 }
 
-TreeAnswer const& TreeWalker::Walk(ScoreCaseRecord const* input, ScoreCaseRecord const* derived) {
+TreeAnswer const& TreeWalker::Walk(ScoreCaseRecord const* input, ScoreCaseRecord const* derived,
+                                   MiningSchema const* judged) {
     fInput = input;
     fDerived = derived;
-    fSlots = CaseSlots(input, derived);
+    fSlots = CaseSlots(input, derived, judged);
     fAnswer = TreeAnswer();
     TreeMissingStrategy const strategy = fTree.MissingStrategy();
     int penalties = 0;

@@ -186,6 +186,7 @@ void MiningSchema::LayOut(ScoreDictionary* inputs, CaseRecord& prepared) {
         }
         fSlots.push_back(Slot{variable, field, -1, JudgeOf(*variable)});
     }
+    fPresent.assign(fSlots.size(), 0);
     fLastInput = nullptr;
     fLastInputSize = -1;
 }
@@ -202,13 +203,13 @@ bool MiningSchema::Prepare(ScoreCaseRecord const* input, CaseRecord& prepared) {
     for (std::size_t i = 0; i < fSlots.size(); ++i) {
         Slot const& slot = fSlots[i];
         ScoreValue const* value = slot.input >= 0 ? input->Get(slot.input) : nullptr;
+        fPresent[i] = 0;
         valid = PrepareSlot(slot, static_cast<int>(i), value, prepared) && valid;
     }
     return valid;
 }
 
-bool MiningSchema::PrepareSlot(Slot const& slot, int index, ScoreValue const* value,
-                               CaseRecord& prepared) const {
+bool MiningSchema::PrepareSlot(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared) {
     ScoreDictVar* variable = slot.variable;
     std::string const& name = variable->GetName();
     ScoreDictVar::VariableType const type = variable->GetVarType();
@@ -249,8 +250,7 @@ bool MiningSchema::PrepareSlot(Slot const& slot, int index, ScoreValue const* va
     return true;
 }
 
-bool MiningSchema::PrepareNumber(Slot const& slot, int index, ScoreValue const* value,
-                                 CaseRecord& prepared) const {
+bool MiningSchema::PrepareNumber(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared) {
     if (value == nullptr || typeid(*value) != typeid(NumericValue)) {
         return false;
     }
@@ -262,6 +262,7 @@ bool MiningSchema::PrepareNumber(Slot const& slot, int index, ScoreValue const* 
     }
     if (slot.field->outliers == Outliers::kAsIs) {
         PutNumber(prepared, index, slot.variable->GetName(), x);
+        fPresent[static_cast<std::size_t>(index)] = 1;
     } else {
         PutPresent(slot, index, value, prepared);
     }

@@ -75,6 +75,13 @@ class MiningSchema {
     // held an invalid value under "returnInvalid": the case then has no prediction.
     bool Prepare(ScoreCaseRecord const* input, CaseRecord& prepared);
 
+    // Whether the last Prepare put into `slot` a number that `variable`, the slot's own variable, judged
+    // not missing: a reader of that slot need not ask the variable again.
+    bool JudgedPresent(int slot, ScoreDictVar const* variable) const {
+        auto const at = static_cast<std::size_t>(slot);
+        return at < fPresent.size() && fPresent[at] != 0 && fSlots[at].variable == variable;
+    }
+
   private:
     // How a slot's value is judged missing and valid.
     enum class Judge : unsigned char {
@@ -96,9 +103,9 @@ class MiningSchema {
     };
     static Judge JudgeOf(ScoreDictVar const& variable);
     // The treated value of one slot.
-    bool PrepareSlot(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared) const;
+    bool PrepareSlot(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared);
     // A number for a kNumeric or kPlainNumeric slot; false when the general path must judge it.
-    bool PrepareNumber(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared) const;
+    bool PrepareNumber(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared);
     // The rest of a value judged present and valid: outliers, then the copy.
     void PutPresent(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared) const;
 
@@ -106,6 +113,8 @@ class MiningSchema {
     // Per prepared slot: its variable, its field (or null) and the input slot resolved for the layout
     // last seen.
     std::vector<Slot> fSlots;
+    // Per prepared slot, for the last case: 1 when JudgedPresent holds.
+    std::vector<unsigned char> fPresent;
     ScoreCaseRecord const* fLastInput = nullptr;
     int fLastInputSize = -1;
 };
