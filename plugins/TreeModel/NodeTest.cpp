@@ -41,6 +41,22 @@ bool IsPlainNumeric(ScoreDictVar const& variable) {
            variable.GetVarType() == ScoreDictVar::kNUMERIC_VAR && variable.GetMissingValues() == nullptr;
 }
 
+// Range::HoldsNumber on the copied bounds. The relative equality is asked only for a number outside
+// the open interval, which is rare.
+bool HoldsNumber(NodeTest const& test, double x) {
+    if (test.single) {
+        return NumericValue::IsEqual(x, test.low);
+    }
+    if (x == kSysmis) {
+        return false;
+    }
+    if (x > test.low && x < test.high) {
+        return true;
+    }
+    return (test.lowIncluded && NumericValue::IsEqual(x, test.low)) ||
+           (test.highIncluded && NumericValue::IsEqual(x, test.high));
+}
+
 }  // namespace
 
 NodeTest CompileNodeTest(ScorePredicate* predicate) {
@@ -73,12 +89,32 @@ NodeTest CompileNodeTest(ScorePredicate* predicate) {
         variable->GetMLevel() == ScoreDictVar::MEASURE_NOMINAL || variable->GetValueIndex() < 0) {
         return test;
     }
+    // The bounds as the range tests them. A range of two equal numbers is a single value when both ends
+    // are included (the reader's "equal"; an interval of two equal included ends answers the same);
+    // other such ranges are left to the predicate. The reader's ranges cache their numbers as given,
+    // which differs from the bounds only for a lower bound at the system-missing number, read as
+    // negative infinity: no number that is not missing tells the two apart.
+    ScoreValue const* low = range->GetMin();
+    ScoreValue const* high = range->GetMax();
+    if (low == nullptr || high == nullptr || ScoreValue::TypeOf(*low) != ScoreValue::NUMERIC_VALUE ||
+        ScoreValue::TypeOf(*high) != ScoreValue::NUMERIC_VALUE) {
+        return test;
+    }
+    test.low = low->GetDouble();
+    test.high = high->GetDouble();
+    test.lowIncluded = range->GetLowEnd();
+    test.highIncluded = range->GetHighEnd();
+    if (test.low == test.high) {
+        if (!test.lowIncluded || !test.highIncluded) {
+            return test;
+        }
+        test.single = true;
+    }
     test.kind = NodeTest::kNumber;
     test.derived = variable->IsDerivedVariable();
     test.plain = IsPlainNumeric(*variable);
     test.missing = split->GetMissvalMap() == -1 ? ScorePredicate::PRED_UNKNOWN : ScorePredicate::PRED_TRUE;
     test.slot = variable->GetValueIndex();
-    test.range = static_cast<Range const*>(range);
     test.variable = variable;
     return test;
 }
@@ -118,7 +154,7 @@ int TestNumber(NodeTest const& test, CaseSlots const& slotsOfCase) {
     if (missing) {
         return test.missing;
     }
-    return test.range->HoldsNumber(x) ? ScorePredicate::PRED_TRUE : ScorePredicate::PRED_FALSE;
+    return HoldsNumber(test, x) ? ScorePredicate::PRED_TRUE : ScorePredicate::PRED_FALSE;
 }
 
 }  // namespace QXVantry_920

@@ -5,7 +5,9 @@
 //     field. It is tested on the number in the field's slot of the record, without the predicate's
 //     virtual calls: the field is missing exactly when its variable says so (for a variable without
 //     declared missing values, when it holds the system-missing number), and otherwise the condition
-//     holds when the range holds the number (Range::HoldsNumber, the range's own rule);
+//     holds when the range holds the number, by the range's own rule (Range::HoldsNumber) on the
+//     range's bounds copied into the test: a single value by the relative equality, an interval
+//     strictly between its bounds or at an included bound by the relative equality;
 //   - anything else (compound and set predicates, categorical tests, notEqual, isMissing, a record
 //     without the value in its slot, a value that is not a number) through the predicate object.
 // A number test gives exactly the predicate's answer.
@@ -19,7 +21,6 @@
 namespace QXVantry_920 {
 
 class MiningSchema;
-class Range;
 class ScoreCaseRecord;
 class ScoreDictVar;
 class ScoreValue;
@@ -32,11 +33,16 @@ struct NodeTest {
     bool derived = false;
     // The variable has no declared missing values: missing exactly at the system-missing number.
     bool plain = false;
+    // The range: one value (low), or an interval from low to high with its ends included or not.
+    bool single = false;
+    bool lowIncluded = false;
+    bool highIncluded = false;
     // The answer for a missing value: unknown, or true for a predicate whose split sends missing values
     // to its child.
     ScorePredicate::PredicateResult missing = ScorePredicate::PRED_UNKNOWN;
     std::int32_t slot = -1;
-    Range const* range = nullptr;
+    double low = 0.0;
+    double high = 0.0;
     ScoreDictVar const* variable = nullptr;
 };
 
