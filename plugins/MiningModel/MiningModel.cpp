@@ -145,6 +145,15 @@ bool MiningModel::Evaluate(FamilyCase const& input, Prediction& prediction) {
     if (fChainRecord) {
         FillChainRecord(flat);
         record = fChainRecord.get();
+    } else if (!fJudgementShared) {
+        // The flat record starts with this model's prepared fields, and the segments' input variables
+        // are copies of this model's: a number this model judged present is present for them too.
+        for (auto& segment : fSegments) {
+            if (auto* family = dynamic_cast<FamilyModel*>(segment->model.get())) {
+                family->TakeJudgementFrom(&GetSchema(), flat);
+            }
+        }
+        fJudgementShared = true;
     }
     fCombiner->Begin();
     for (size_t i = 0; i < fSegments.size(); ++i) {

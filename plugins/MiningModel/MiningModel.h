@@ -108,6 +108,9 @@ class MiningModel : public FamilyModel, public mining::CatalogueCarrier {
     // Per case: the probabilities a segment gave, by category.
     std::vector<double> fSegmentProbabilities;
     std::unique_ptr<CaseRecord> fChainRecord;
+    // The segments of the shipped families have been told that this model's schema judges the flat
+    // record they score.
+    bool fJudgementShared = false;
     // Per slot of the flat record: its slot in the chain record (-1 for none), resolved at the first case.
     std::vector<int> fChainSlots;
 };

@@ -156,6 +156,21 @@ void MiningSchema::Read(DOMElement* schema, ScoreDictionary* inputs, FamilyTrans
     }
 }
 
+void MiningSchema::TakeJudgementFrom(MiningSchema const* source, ScoreCaseRecord const* record) {
+    fSource = nullptr;
+    fSourceRecord = nullptr;
+    if (source == nullptr || record == nullptr || source == this) {
+        return;
+    }
+    for (std::size_t k = 0; k < source->fSlots.size(); ++k) {
+        if (record->GetIndex(source->fSlots[k].variable->GetName()) != static_cast<int>(k)) {
+            return;
+        }
+    }
+    fSource = source;
+    fSourceRecord = record;
+}
+
 MiningSchema::Field const* MiningSchema::Find(std::string const& name) const {
     auto found = std::find_if(fFields.begin(), fFields.end(), [&](Field const& f) { return f.name == name; });
     return found == fFields.end() ? nullptr : &*found;
@@ -199,17 +214,19 @@ bool MiningSchema::Prepare(ScoreCaseRecord const* input, CaseRecord& prepared) {
         fLastInput = input;
         fLastInputSize = input->Size();
     }
+    bool const shared = fSource != nullptr && input == fSourceRecord;
     bool valid = true;
     for (std::size_t i = 0; i < fSlots.size(); ++i) {
         Slot const& slot = fSlots[i];
         ScoreValue const* value = slot.input >= 0 ? input->Get(slot.input) : nullptr;
         fPresent[i] = 0;
-        valid = PrepareSlot(slot, static_cast<int>(i), value, prepared) && valid;
+        valid = PrepareSlot(slot, static_cast<int>(i), value, prepared, shared) && valid;
     }
     return valid;
 }
 
-bool MiningSchema::PrepareSlot(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared) {
+bool MiningSchema::PrepareSlot(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared,
+                               bool shared) {
     ScoreDictVar* variable = slot.variable;
     std::string const& name = variable->GetName();
     ScoreDictVar::VariableType const type = variable->GetVarType();
@@ -218,7 +235,7 @@ bool MiningSchema::PrepareSlot(Slot const& slot, int index, ScoreValue const* va
         PutValue(prepared, index, name, value, type);
         return true;
     }
-    if (slot.judge != Judge::kGeneral && PrepareNumber(slot, index, value, prepared)) {
+    if (slot.judge != Judge::kGeneral && PrepareNumber(slot, index, value, prepared, shared)) {
         return true;
     }
     bool const text = value != nullptr && ScoreValue::TypeOf(*value) == ScoreValue::STRING_VALUE;
@@ -250,13 +267,17 @@ bool MiningSchema::PrepareSlot(Slot const& slot, int index, ScoreValue const* va
     return true;
 }
 
-bool MiningSchema::PrepareNumber(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared) {
+bool MiningSchema::PrepareNumber(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared,
+                                 bool shared) {
     if (value == nullptr || typeid(*value) != typeid(NumericValue)) {
         return false;
     }
     double const x = static_cast<NumericValue const*>(value)->NumericValue::GetDouble();
+    // A number the source has judged present this case is present for a copy of its variable too.
+    auto const at = static_cast<std::size_t>(slot.input);
+    bool const judged = shared && at < fSource->fPresent.size() && fSource->fPresent[at] != 0;
     bool const missing =
-        slot.judge == Judge::kPlainNumeric ? x == kSysmis : slot.variable->IsMissingValue(value);
+        !judged && (slot.judge == Judge::kPlainNumeric ? x == kSysmis : slot.variable->IsMissingValue(value));
     if (missing) {
         return false;
     }

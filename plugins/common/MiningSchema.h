@@ -82,6 +82,13 @@ class MiningSchema {
         return at < fPresent.size() && fPresent[at] != 0 && fSlots[at].variable == variable;
     }
 
+    // Names a schema that judges, case by case, the values that `record` holds: the record's slot k
+    // holds what the source prepared in its slot k (a mining model's flat record, for its segments,
+    // whose input variables are copies of the mining model's). Prepare of that record then takes the
+    // source's judgement of a present number instead of asking its own variable again. The names are
+    // checked here; a record whose layout differs is not taken. Null for none.
+    void TakeJudgementFrom(MiningSchema const* source, ScoreCaseRecord const* record);
+
   private:
     // How a slot's value is judged missing and valid.
     enum class Judge : unsigned char {
@@ -103,9 +110,10 @@ class MiningSchema {
     };
     static Judge JudgeOf(ScoreDictVar const& variable);
     // The treated value of one slot.
-    bool PrepareSlot(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared);
+    bool PrepareSlot(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared, bool shared);
     // A number for a kNumeric or kPlainNumeric slot; false when the general path must judge it.
-    bool PrepareNumber(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared);
+    bool PrepareNumber(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared,
+                       bool shared);
     // The rest of a value judged present and valid: outliers, then the copy.
     void PutPresent(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared) const;
 
@@ -117,6 +125,9 @@ class MiningSchema {
     std::vector<unsigned char> fPresent;
     ScoreCaseRecord const* fLastInput = nullptr;
     int fLastInputSize = -1;
+    // TakeJudgementFrom's schema and record.
+    MiningSchema const* fSource = nullptr;
+    ScoreCaseRecord const* fSourceRecord = nullptr;
 };
 
 }  // namespace QXVantry_920
