@@ -1,7 +1,9 @@
 #include "plugins/MiningModel/MiningModel.h"
 
 #include <ostream>
+#include <typeinfo>
 
+#include "plugins/common/FamilyResult.h"
 #include "vantry/factory/ScoreResult.h"
 #include "vantry/transform/ScorePredicate.h"
 #include "vantry/values/ScoreCaseRecord.h"
@@ -79,12 +81,42 @@ SegmentOutcome MiningModel::Outcome(Segment& segment) {
     }
     outcome.category = FindCategory(ScoreValue::TextOf(*value));
     if (segment.classification != nullptr && segment.classification->GetNumberOfValueProbabilities() > 0) {
-        for (size_t c = 0; c < fCategoryValues.size(); ++c)
-            fSegmentProbabilities[c] =
-                segment.classification->GetProbabilityOfValue(fCategoryValues[c].get());
+        ReadProbabilities(segment);
         outcome.probabilities = fSegmentProbabilities.data();
     }
     return outcome;
+}
+
+void MiningModel::ReadProbabilities(Segment& segment) {
+    FamilyResult const* own = segment.familyResult;
+    if (own == nullptr) {
+        for (size_t c = 0; c < fCategoryValues.size(); ++c)
+            fSegmentProbabilities[c] =
+                segment.classification->GetProbabilityOfValue(fCategoryValues[c].get());
+        return;
+    }
+    // GetProbabilityOfValue's match (the first category of equal value and kind), found once per
+    // category instead of once per case.
+    int const held = own->GetNumberOfValueProbabilities();
+    if (segment.mappedCount != held) {
+        segment.categoryMap.assign(fCategoryValues.size(), -1);
+        for (size_t c = 0; c < fCategoryValues.size(); ++c) {
+            ScoreValue const& wanted = *fCategoryValues[c];
+            for (int k = 0; k < held; ++k) {
+                ScoreValue const* category = own->CategoryAt(k);
+                if (category != nullptr && *category == wanted &&
+                    ScoreValue::TypeOf(*category) == ScoreValue::TypeOf(wanted)) {
+                    segment.categoryMap[c] = k;
+                    break;
+                }
+            }
+        }
+        segment.mappedCount = held;
+    }
+    for (size_t c = 0; c < fCategoryValues.size(); ++c) {
+        int const k = segment.categoryMap[c];
+        fSegmentProbabilities[c] = k < 0 ? 0.0 : own->ProbabilityAt(k);
+    }
 }
 
 void MiningModel::FillChainRecord(ScoreCaseRecord const* flat) {
@@ -113,6 +145,15 @@ bool MiningModel::Evaluate(FamilyCase const& input, Prediction& prediction) {
     if (fChainRecord) {
         FillChainRecord(flat);
         record = fChainRecord.get();
+    } else if (!fJudgementShared) {
+        // The flat record starts with this model's prepared fields, and the segments' input variables
+        // are copies of this model's: a number this model judged present is present for them too.
+        for (auto& segment : fSegments) {
+            if (auto* family = dynamic_cast<FamilyModel*>(segment->model.get())) {
+                family->TakeJudgementFrom(&GetSchema(), flat);
+            }
+        }
+        fJudgementShared = true;
     }
     fCombiner->Begin();
     for (size_t i = 0; i < fSegments.size(); ++i) {

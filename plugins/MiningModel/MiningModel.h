@@ -17,6 +17,7 @@
 
 namespace QXVantry_920 {
 
+class FamilyResult;
 class ScoreClsResult;
 class ScorePredicate;
 class ScoreResult;
@@ -40,6 +41,12 @@ struct Segment {
     std::unique_ptr<ScoreResult> result;
     // The result as a classification result, when it is one.
     ScoreClsResult const* classification = nullptr;
+    // The result as the shipped families' result, when it is exactly one; then, per category of the
+    // mining model, the index of the same category among the result's (-1 for none), made for a
+    // result holding `mappedCount` categories.
+    FamilyResult const* familyResult = nullptr;
+    std::vector<int> categoryMap;
+    int mappedCount = -1;
     // Model chain only: the outputs that later segments read.
     std::vector<ChainOutput> outputs;
 };
@@ -82,6 +89,9 @@ class MiningModel : public FamilyModel, public mining::CatalogueCarrier {
   private:
     // The segment's answer for the case it has just scored.
     mining::SegmentOutcome Outcome(mining::Segment& segment);
+    // The probabilities of the mining model's categories in a segment's result, into
+    // fSegmentProbabilities.
+    void ReadProbabilities(mining::Segment& segment);
     // Copies the flat record into the chain record (values in place).
     void FillChainRecord(ScoreCaseRecord const* flat);
     // Copies a chain segment's outputs into the chain record.
@@ -98,6 +108,9 @@ class MiningModel : public FamilyModel, public mining::CatalogueCarrier {
     // Per case: the probabilities a segment gave, by category.
     std::vector<double> fSegmentProbabilities;
     std::unique_ptr<CaseRecord> fChainRecord;
+    // The segments of the shipped families have been told that this model's schema judges the flat
+    // record they score.
+    bool fJudgementShared = false;
     // Per slot of the flat record: its slot in the chain record (-1 for none), resolved at the first case.
     std::vector<int> fChainSlots;
 };

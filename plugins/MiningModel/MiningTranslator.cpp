@@ -3,12 +3,14 @@
 // MiningModel among them).
 #include <memory>
 #include <string>
+#include <typeinfo>
 #include <vector>
 
 #include <xercesc/dom/DOM.hpp>
 
 #include "plugins/MiningModel/MiningModel.h"
 #include "plugins/MiningModel/SegmentHost.h"
+#include "plugins/common/FamilyResult.h"
 #include "plugins/common/FamilyTranslator.h"
 #include "vantry/Export.h"
 #include "vantry/factory/ModelFactory.h"
@@ -202,6 +204,9 @@ std::unique_ptr<Segment> MiningTranslator::BuildSegment(DOMElement* element, int
     if (!segment->result)
         ThrowFamilyError(260113, {TagOf(modelElement)});
     segment->classification = dynamic_cast<ScoreClsResult const*>(segment->result.get());
+    if (segment->result != nullptr && typeid(*segment->result) == typeid(FamilyResult)) {
+        segment->familyResult = static_cast<FamilyResult const*>(segment->result.get());
+    }
     return segment;
 }
 

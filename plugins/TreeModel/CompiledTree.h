@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "plugins/TreeModel/NodeTest.h"
 #include "vantry/transform/ScorePredicate.h"
 
 namespace QXVantry_920 {
@@ -33,6 +34,8 @@ enum class TreeNoTrueChild : std::uint8_t { kReturnNullPrediction, kReturnLastPr
 struct TreeNode {
     // Owned by the tree; a node without a usable condition has null, which evaluates as unknown.
     ScorePredicate* predicate = nullptr;
+    // The predicate's fastest form (NodeTest.h).
+    NodeTest test;
     std::int32_t firstChild = 0;
     std::int32_t childCount = 0;
     std::int32_t defaultChild = -1;  // node index, -1 for none

@@ -142,6 +142,7 @@ void TreeBuilder::ReadNode(DOMElement* element, std::size_t index) {
     TreeNode node;
     std::unique_ptr<ScorePredicate> predicate(fContext.ParsePredicate(element));
     node.predicate = predicate.get();
+    node.test = CompileNodeTest(predicate.get());
     if (predicate) {
         fTree.fPredicates.push_back(std::move(predicate));
     }

@@ -17,7 +17,7 @@ void TreeModel::SetTree(std::unique_ptr<CompiledTree> tree) {
 }
 
 bool TreeModel::Evaluate(FamilyCase const& input, Prediction& prediction) {
-    TreeAnswer const& answer = fWalker->Walk(input.Input(), input.Derived());
+    TreeAnswer const& answer = fWalker->Walk(input.Input(), input.Derived(), &GetSchema());
     if (!answer.valid) {
         return false;
     }

@@ -31,7 +31,23 @@ TreeWalker::TreeWalker(CompiledTree const& tree) : fTree(tree) {
 }
 
 ScorePredicate::PredicateResult TreeWalker::Evaluate(std::int32_t node) {
-    ScorePredicate* predicate = fTree.Node(node).predicate;
+    TreeNode const& current = fTree.Node(node);
+    switch (current.test.kind) {
+        case NodeTest::kTrue:
+            return ScorePredicate::PRED_TRUE;
+        case NodeTest::kFalse:
+            return ScorePredicate::PRED_FALSE;
+        case NodeTest::kNumber: {
+            int const result = TestNumber(current.test, fSlots);
+            if (result != kPredicateNeeded) {
+                return static_cast<ScorePredicate::PredicateResult>(result);
+            }
+            break;
+        }
+        case NodeTest::kPredicate:
+            break;
+    }
+    ScorePredicate* predicate = current.predicate;
     if (predicate == nullptr) {
         return ScorePredicate::PRED_UNKNOWN;
     }
@@ -39,9 +55,11 @@ ScorePredicate::PredicateResult TreeWalker::Evaluate(std::int32_t node) {
     return result == ScorePredicate::PRED_SURROGATE_TRUE ? ScorePredicate::PRED_TRUE : result;
 }
 
-TreeAnswer const& TreeWalker::Walk(ScoreCaseRecord const* input, ScoreCaseRecord const* derived) {
+TreeAnswer const& TreeWalker::Walk(ScoreCaseRecord const* input, ScoreCaseRecord const* derived,
+                                   MiningSchema const* judged) {
     fInput = input;
     fDerived = derived;
+    fSlots = CaseSlots(input, derived, judged);
     fAnswer = TreeAnswer();
     TreeMissingStrategy const strategy = fTree.MissingStrategy();
     int penalties = 0;

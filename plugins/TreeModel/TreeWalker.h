@@ -41,7 +41,9 @@ class TreeWalker {
     explicit TreeWalker(CompiledTree const& tree);
 
     // The answer stays valid until the next walk.
-    TreeAnswer const& Walk(ScoreCaseRecord const* input, ScoreCaseRecord const* derived);
+    // `judged`, when not null, is the mining schema that has just prepared `input`.
+    TreeAnswer const& Walk(ScoreCaseRecord const* input, ScoreCaseRecord const* derived,
+                           MiningSchema const* judged = nullptr);
 
   private:
     struct Frame {
@@ -59,6 +61,7 @@ class TreeWalker {
     CompiledTree const& fTree;
     ScoreCaseRecord const* fInput = nullptr;
     ScoreCaseRecord const* fDerived = nullptr;
+    CaseSlots fSlots;
     TreeAnswer fAnswer;
     // Scratch of blends: the nodes still to descend, the candidates of one node, and the sums.
     std::vector<Frame> fStack;

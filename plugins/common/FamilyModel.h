@@ -50,6 +50,12 @@ class FamilyModel : public BaseModel {
     // prediction then is not valid. Targets are applied.
     bool Predict(ScoreCaseRecord const* record, Prediction& prediction);
 
+    // What a parent tells its segment: the parent's schema judges the fields of the record it passes
+    // (MiningSchema::TakeJudgementFrom).
+    void TakeJudgementFrom(MiningSchema const* source, ScoreCaseRecord const* record) {
+        fSchema.TakeJudgementFrom(source, record);
+    }
+
     // The categories of a classification, as texts in the model's order; empty for a regression.
     void SetCategories(std::vector<std::string> const& categories);
     std::vector<std::string> const& GetCategories() const { return fCategoryTexts; }

@@ -1,7 +1,9 @@
 #include "plugins/common/MiningSchema.h"
 
 #include <algorithm>
+#include <limits>
 #include <set>
+#include <typeinfo>
 
 #include <xercesc/dom/DOM.hpp>
 
@@ -43,7 +45,21 @@ bool IsNumericKind(ScoreDictVar const* variable) {
     return variable->GetVarType() != ScoreDictVar::STRING_VAR;
 }
 
+// NumericValue's system-missing number.
+constexpr double kSysmis = -std::numeric_limits<double>::max();
+
 }  // namespace
+
+// DictVar's IsValidValue for a variable without categories: a number or date-time value that is not
+// missing. So for a numeric value the one question is IsMissingValue, and without declared missing
+// values that is the system-missing number.
+MiningSchema::Judge MiningSchema::JudgeOf(ScoreDictVar const& variable) {
+    if (typeid(variable) != typeid(DictVar) || variable.GetVarType() != ScoreDictVar::kNUMERIC_VAR ||
+        variable.GetValueLabels() != nullptr) {
+        return Judge::kGeneral;
+    }
+    return variable.GetMissingValues() == nullptr ? Judge::kPlainNumeric : Judge::kNumeric;
+}
 
 MiningSchema::MiningSchema() = default;
 MiningSchema::~MiningSchema() = default;
@@ -140,6 +156,21 @@ void MiningSchema::Read(DOMElement* schema, ScoreDictionary* inputs, FamilyTrans
     }
 }
 
+void MiningSchema::TakeJudgementFrom(MiningSchema const* source, ScoreCaseRecord const* record) {
+    fSource = nullptr;
+    fSourceRecord = nullptr;
+    if (source == nullptr || record == nullptr || source == this) {
+        return;
+    }
+    for (std::size_t k = 0; k < source->fSlots.size(); ++k) {
+        if (record->GetIndex(source->fSlots[k].variable->GetName()) != static_cast<int>(k)) {
+            return;
+        }
+    }
+    fSource = source;
+    fSourceRecord = record;
+}
+
 MiningSchema::Field const* MiningSchema::Find(std::string const& name) const {
     auto found = std::find_if(fFields.begin(), fFields.end(), [&](Field const& f) { return f.name == name; });
     return found == fFields.end() ? nullptr : &*found;
@@ -168,8 +199,9 @@ void MiningSchema::LayOut(ScoreDictionary* inputs, CaseRecord& prepared) {
         if (field != nullptr && field->usage == Usage::kTarget) {
             field = nullptr;
         }
-        fSlots.push_back(Slot{variable, field, -1});
+        fSlots.push_back(Slot{variable, field, -1, JudgeOf(*variable)});
     }
+    fPresent.assign(fSlots.size(), 0);
     fLastInput = nullptr;
     fLastInputSize = -1;
 }
@@ -182,23 +214,28 @@ bool MiningSchema::Prepare(ScoreCaseRecord const* input, CaseRecord& prepared) {
         fLastInput = input;
         fLastInputSize = input->Size();
     }
+    bool const shared = fSource != nullptr && input == fSourceRecord;
     bool valid = true;
     for (std::size_t i = 0; i < fSlots.size(); ++i) {
         Slot const& slot = fSlots[i];
         ScoreValue const* value = slot.input >= 0 ? input->Get(slot.input) : nullptr;
-        valid = PrepareSlot(slot, static_cast<int>(i), value, prepared) && valid;
+        fPresent[i] = 0;
+        valid = PrepareSlot(slot, static_cast<int>(i), value, prepared, shared) && valid;
     }
     return valid;
 }
 
-bool MiningSchema::PrepareSlot(Slot const& slot, int index, ScoreValue const* value,
-                               CaseRecord& prepared) const {
+bool MiningSchema::PrepareSlot(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared,
+                               bool shared) {
     ScoreDictVar* variable = slot.variable;
     std::string const& name = variable->GetName();
     ScoreDictVar::VariableType const type = variable->GetVarType();
     Field const* field = slot.field;
     if (field == nullptr) {
         PutValue(prepared, index, name, value, type);
+        return true;
+    }
+    if (slot.judge != Judge::kGeneral && PrepareNumber(slot, index, value, prepared, shared)) {
         return true;
     }
     bool const text = value != nullptr && ScoreValue::TypeOf(*value) == ScoreValue::STRING_VALUE;
@@ -226,20 +263,52 @@ bool MiningSchema::PrepareSlot(Slot const& slot, int index, ScoreValue const* va
         PutValue(prepared, index, name, valid ? field->missingReplacement.get() : nullptr, type);
         return valid;
     }
-    if (field->outliers != Outliers::kAsIs && !text &&
+    PutPresent(slot, index, value, prepared);
+    return true;
+}
+
+bool MiningSchema::PrepareNumber(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared,
+                                 bool shared) {
+    if (value == nullptr || typeid(*value) != typeid(NumericValue)) {
+        return false;
+    }
+    double const x = static_cast<NumericValue const*>(value)->NumericValue::GetDouble();
+    // A number the source has judged present this case is present for a copy of its variable too.
+    auto const at = static_cast<std::size_t>(slot.input);
+    bool const judged = shared && at < fSource->fPresent.size() && fSource->fPresent[at] != 0;
+    bool const missing =
+        !judged && (slot.judge == Judge::kPlainNumeric ? x == kSysmis : slot.variable->IsMissingValue(value));
+    if (missing) {
+        return false;
+    }
+    if (slot.field->outliers == Outliers::kAsIs) {
+        PutNumber(prepared, index, slot.variable->GetName(), x);
+        fPresent[static_cast<std::size_t>(index)] = 1;
+    } else {
+        PutPresent(slot, index, value, prepared);
+    }
+    return true;
+}
+
+void MiningSchema::PutPresent(Slot const& slot, int index, ScoreValue const* value,
+                              CaseRecord& prepared) const {
+    ScoreDictVar const* variable = slot.variable;
+    Field const* field = slot.field;
+    std::string const& name = variable->GetName();
+    bool const number = ScoreValue::TypeOf(*value) != ScoreValue::STRING_VALUE;
+    if (field->outliers != Outliers::kAsIs && number &&
         variable->GetMLevel() == ScoreDictVar::MEASURE_CONTINUOUS) {
         double const x = value->GetDouble();
         if (x < field->lowValue || x > field->highValue) {
             if (field->outliers == Outliers::kAsMissingValues) {
-                PutValue(prepared, index, name, field->missingReplacement.get(), type);
+                PutValue(prepared, index, name, field->missingReplacement.get(), variable->GetVarType());
             } else {
                 PutNumber(prepared, index, name, std::min(std::max(x, field->lowValue), field->highValue));
             }
-            return true;
+            return;
         }
     }
-    PutValue(prepared, index, name, value, type);
-    return true;
+    PutValue(prepared, index, name, value, variable->GetVarType());
 }
 
 }  // namespace QXVantry_920

@@ -75,22 +75,59 @@ class MiningSchema {
     // held an invalid value under "returnInvalid": the case then has no prediction.
     bool Prepare(ScoreCaseRecord const* input, CaseRecord& prepared);
 
+    // Whether the last Prepare put into `slot` a number that `variable`, the slot's own variable, judged
+    // not missing: a reader of that slot need not ask the variable again.
+    bool JudgedPresent(int slot, ScoreDictVar const* variable) const {
+        auto const at = static_cast<std::size_t>(slot);
+        return at < fPresent.size() && fPresent[at] != 0 && fSlots[at].variable == variable;
+    }
+
+    // Names a schema that judges, case by case, the values that `record` holds: the record's slot k
+    // holds what the source prepared in its slot k (a mining model's flat record, for its segments,
+    // whose input variables are copies of the mining model's). Prepare of that record then takes the
+    // source's judgement of a present number instead of asking its own variable again. The names are
+    // checked here; a record whose layout differs is not taken. Null for none.
+    void TakeJudgementFrom(MiningSchema const* source, ScoreCaseRecord const* record);
+
   private:
+    // How a slot's value is judged missing and valid.
+    enum class Judge : unsigned char {
+        // Through the variable's virtual tests.
+        kGeneral,
+        // A numeric DictVar without categories: a number is valid exactly when it is not missing, and
+        // the variable's IsMissingValue is asked once.
+        kNumeric,
+        // As kNumeric, and without declared missing values: a number is missing exactly when it is the
+        // system-missing number.
+        kPlainNumeric,
+    };
     struct Slot {
         ScoreDictVar* variable;
         Field const* field;
         // The slot of the variable in the input layout last seen; -1 for none.
         int input;
+        Judge judge;
     };
+    static Judge JudgeOf(ScoreDictVar const& variable);
     // The treated value of one slot.
-    bool PrepareSlot(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared) const;
+    bool PrepareSlot(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared, bool shared);
+    // A number for a kNumeric or kPlainNumeric slot; false when the general path must judge it.
+    bool PrepareNumber(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared,
+                       bool shared);
+    // The rest of a value judged present and valid: outliers, then the copy.
+    void PutPresent(Slot const& slot, int index, ScoreValue const* value, CaseRecord& prepared) const;
 
     std::vector<Field> fFields;
     // Per prepared slot: its variable, its field (or null) and the input slot resolved for the layout
     // last seen.
     std::vector<Slot> fSlots;
+    // Per prepared slot, for the last case: 1 when JudgedPresent holds.
+    std::vector<unsigned char> fPresent;
     ScoreCaseRecord const* fLastInput = nullptr;
     int fLastInputSize = -1;
+    // TakeJudgementFrom's schema and record.
+    MiningSchema const* fSource = nullptr;
+    ScoreCaseRecord const* fSourceRecord = nullptr;
 };
 
 }  // namespace QXVantry_920

@@ -135,6 +135,30 @@ TEST(TreeRegression, ScoresSplitOnDerivedFieldsAndBlendsByRecordCount) {
     EXPECT_DOUBLE_EQ(aggregate.Score({}).NumberOf("Predicted"), 12.9);
 }
 
+// Splits test numbers by the ranges' own rule: an included end within the relative tolerance, a strict
+// end exactly; a declared missing value is unknown, and an invalid text goes through the predicate.
+TEST(TreeRegression, SplitsTestEndsByTheRangeRule) {
+    std::string const document =
+        "<PMML version=\"4.4\"><DataDictionary numberOfFields=\"3\">"
+        "<DataField name=\"x\" optype=\"continuous\" dataType=\"double\"><Value value=\"-1\" "
+        "property=\"missing\"/></DataField>"
+        "<DataField name=\"y\" optype=\"continuous\" dataType=\"double\"/>"
+        "<DataField name=\"t\" optype=\"continuous\" dataType=\"double\"/></DataDictionary>"
+        "<TreeModel functionName=\"regression\"><MiningSchema><MiningField name=\"x\" "
+        "invalidValueTreatment=\"asIs\"/><MiningField name=\"y\"/><MiningField name=\"t\" "
+        "usageType=\"target\"/></MiningSchema><Node score=\"0\"><True/>"
+        "<Node score=\"1\"><SimplePredicate field=\"x\" operator=\"lessOrEqual\" value=\"5\"/></Node>"
+        "<Node score=\"2\"><SimplePredicate field=\"y\" operator=\"lessThan\" value=\"2\"/></Node>"
+        "<Node score=\"3\"><SimplePredicate field=\"y\" operator=\"equal\" value=\"2\"/></Node>"
+        "<Node score=\"4\"><True/></Node></Node></TreeModel></PMML>";
+    Scorer tree(document);
+    EXPECT_EQ(tree.Score({Num("x", 5.0 * (1 + 1e-15)), Num("y", 9)}).NumberOf("t"), 1.0);
+    EXPECT_EQ(tree.Score({Num("x", 5.0 * (1 + 1e-12)), Num("y", 2.0 * (1 - 1e-15))}).NumberOf("t"), 2.0);
+    EXPECT_EQ(tree.Score({Num("x", -1), Num("y", 2.0 * (1 + 1e-15))}).NumberOf("t"), 3.0);
+    EXPECT_EQ(tree.Score({Num("x", -1), Num("y", 2.0 * (1 + 1e-12))}).NumberOf("t"), 4.0);
+    EXPECT_EQ(tree.Score({Text("x", "four"), Num("y", 9)}).NumberOf("t"), 4.0);
+}
+
 TEST(TreeDocuments, BadTreesAreRefusedWithTheirCodes) {
     struct Row {
         char const* from;

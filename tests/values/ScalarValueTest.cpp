@@ -54,9 +54,25 @@ TEST(NumericValue, FromStringReadsLeadingNumberInClassicLocale) {
         char const* text;
         double expected;
     } const rows[] = {
-        {"", kSysmis},       {"   ", kSysmis}, {"abc", 0.0},  {"12.5xyz", 12.5},
-        {"  -3e2", -300.0},  {"1e999", kInf},  {"inf", kInf}, {"+INFINITY", kInf},
-        {"-1e999", kSysmis}, {"0x10", 0.0},    {".5", 0.5},
+        {"", kSysmis},
+        {"   ", kSysmis},
+        {"abc", 0.0},
+        {"12.5xyz", 12.5},
+        {"  -3e2", -300.0},
+        {"1e999", kInf},
+        {"inf", kInf},
+        {"+INFINITY", kInf},
+        {"-1e999", kSysmis},
+        {"0x10", 0.0},
+        {".5", 0.5},
+        // Whole decimal texts are read without the stream; texts the stream refuses part of stay 0.
+        {"+.5", 0.5},
+        {"1e", 0.0},
+        {"+-5", 0.0},
+        {"-inf", 0.0},
+        {"1-e-5", 1.0},
+        {"4.9e-324", 4.9406564584124654e-324},
+        {"0.30000000000000004", 0.30000000000000004},
     };
     for (Row const& row : rows) {
         EXPECT_EQ(Bits(NumericValue(std::string(row.text)).GetDouble()), Bits(row.expected)) << row.text;

@@ -2,6 +2,7 @@
 
 #include <locale.h>
 
+#include <charconv>
 #include <cstdlib>
 #include <limits>
 
@@ -55,6 +56,28 @@ int LeadingInt(std::string const& text) {
     // The conversion of a long to int keeps the low 32 bits.
     auto const low = static_cast<std::uint32_t>(static_cast<std::uint64_t>(result));
     return low <= 0x7FFFFFFFu ? static_cast<int>(low) : static_cast<int>(low - 0x80000000u) - 0x7FFFFFFF - 1;
+}
+
+bool WholeDecimal(std::string const& text, double& x) {
+    char const* begin = text.data();
+    char const* const end = begin + text.size();
+    if (text.empty() || text.find_first_not_of("0123456789+-.eE") != std::string::npos) {
+        return false;
+    }
+    // from_chars takes no plus sign; a second sign after it is no number.
+    if (*begin == '+') {
+        ++begin;
+        if (begin == end || *begin == '+' || *begin == '-') {
+            return false;
+        }
+    }
+    double value = 0.0;
+    std::from_chars_result const read = std::from_chars(begin, end, value, std::chars_format::general);
+    if (read.ec != std::errc() || read.ptr != end) {
+        return false;
+    }
+    x = value;
+    return true;
 }
 
 double LeadingDouble(std::string const& text) {

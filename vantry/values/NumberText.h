@@ -33,6 +33,12 @@ int LeadingInt(std::string const& text);
 // What the C library's atof gives, read in the "C" locale whatever the process locale is.
 double LeadingDouble(std::string const& text);
 
+// A text that is one finite decimal number and nothing else (digits with at most one point, an optional
+// leading sign, an optional exponent; no blanks, no "inf" or "nan"), read correctly rounded into x, as
+// strtod and a classic-locale stream read it. False, x untouched, for any other text and for a number
+// beyond the range of a double, which the caller then reads its own way.
+bool WholeDecimal(std::string const& text, double& x);
+
 // Truncation toward zero; a value that does not fit (NaN included) gives the integer-indefinite value
 // (the most negative integer), as the processor's truncating conversion does.
 std::int32_t TruncateToInt32(double value);

@@ -150,6 +150,10 @@ void NumericValue::FromString(std::string const& text) {
     if (text.empty()) {
         return;
     }
+    // The usual text, a plain decimal number, without a stream; the stream's read of anything else.
+    if (numbertext::WholeDecimal(text, fValue)) {
+        return;
+    }
     if (numbertext::LeadingDouble(text) == gInfinity) {
         fValue = gInfinity;
         return;
