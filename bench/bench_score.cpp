@@ -121,33 +121,71 @@ LoadFigures ProbeInFreshProcess(std::string const& path) {
     return figures;
 }
 
-// One case record per input row, filled from the row's cells: texts for string fields, numbers (and
-// "true"/"false" as 1 and 0) for the others, missing for an empty or NA cell.
-std::vector<std::unique_ptr<ScoreCaseRecord>> PrepareRecords(ScoreModel const& model,
-                                                             bench_score::Table const& input) {
-    std::vector<std::unique_ptr<ScoreCaseRecord>> records;
+// One input row as a host holds it once its cells are parsed: per record slot a number, a text or
+// missing. A text is kept for text fields; other cells are read as numbers (true and false as 1 and 0).
+struct PreparedCell {
+    int slot;
+    enum Kind { kMissing, kNumber, kText } kind;
+    double number;
+    std::string text;
+};
+using PreparedRow = std::vector<PreparedCell>;
+
+std::vector<PreparedRow> PrepareRows(ScoreModel const& model, bench_score::Table const& input) {
+    std::unique_ptr<ScoreCaseRecord> const layout(model.MakeCaseRecord());
+    std::vector<PreparedRow> rows;
     for (std::size_t row = 1; row < input.size(); ++row) {
-        std::unique_ptr<ScoreCaseRecord> record(model.MakeCaseRecord());
-        for (std::string const& name : record->GetVarNames(true)) {
-            int const slot = record->GetIndex(name);
+        PreparedRow prepared;
+        for (std::string const& name : layout->GetVarNames(true)) {
+            PreparedCell cell{layout->GetIndex(name), PreparedCell::kMissing, 0.0, std::string()};
             ScoreDictVar const* var = model.GetDictionary()->GetVar(name);
-            std::string const* cell = nullptr;
-            for (std::size_t column = 0; column < input[0].size() && cell == nullptr; ++column) {
+            std::string const* text = nullptr;
+            for (std::size_t column = 0; column < input[0].size() && text == nullptr; ++column) {
                 if (input[0][column] == name && column < input[row].size()) {
-                    cell = &input[row][column];
+                    text = &input[row][column];
                 }
             }
-            if (cell == nullptr || vantry_tool::IsMissingCell(*cell)) {
-                record->SetMissingValue(slot);
+            if (text == nullptr || vantry_tool::IsMissingCell(*text)) {
+                cell.kind = PreparedCell::kMissing;
             } else if (var != nullptr && var->GetVarType() == ScoreDictVar::STRING_VAR) {
-                record->SetValue(slot, *cell);
-            } else if (std::optional<double> const number = vantry::ReadNumber(*cell)) {
-                record->SetValue(slot, *number);
+                cell.kind = PreparedCell::kText;
+                cell.text = *text;
             } else {
-                record->SetValue(slot, *cell == "true" ? 1.0 : *cell == "false" ? 0.0 : -1.0);
+                std::optional<double> const number = vantry::ReadNumber(*text);
+                cell.kind = PreparedCell::kNumber;
+                cell.number = number ? *number : *text == "true" ? 1.0 : *text == "false" ? 0.0 : -1.0;
             }
+            prepared.push_back(std::move(cell));
         }
-        records.push_back(std::move(record));
+        rows.push_back(std::move(prepared));
+    }
+    return rows;
+}
+
+// Puts a prepared row into a record of the model, as a host refills its one record for each case.
+void FillRecord(ScoreCaseRecord& record, PreparedRow const& row) {
+    for (PreparedCell const& cell : row) {
+        switch (cell.kind) {
+            case PreparedCell::kMissing:
+                record.SetMissingValue(cell.slot);
+                break;
+            case PreparedCell::kNumber:
+                record.SetValue(cell.slot, cell.number);
+                break;
+            case PreparedCell::kText:
+                record.SetValue(cell.slot, cell.text);
+                break;
+        }
+    }
+}
+
+// A record of its own for every row, for the answers' check.
+std::vector<std::unique_ptr<ScoreCaseRecord>> MakeRecords(ScoreModel const& model,
+                                                          std::vector<PreparedRow> const& rows) {
+    std::vector<std::unique_ptr<ScoreCaseRecord>> records;
+    for (PreparedRow const& row : rows) {
+        records.emplace_back(model.MakeCaseRecord());
+        FillRecord(*records.back(), row);
     }
     return records;
 }
@@ -219,7 +257,8 @@ void ScoreDocument(benchmark::State& state, vantry_tool::ScoringSession const* s
         state.SkipWithError(("refused: error " + std::to_string(error.GetErrorCode())).c_str());
         return;
     }
-    std::vector<std::unique_ptr<ScoreCaseRecord>> const records = PrepareRecords(*model, document->input);
+    std::vector<PreparedRow> const rows = PrepareRows(*model, document->input);
+    std::vector<std::unique_ptr<ScoreCaseRecord>> const records = MakeRecords(*model, rows);
     // A document is timed when its answers agree on every row, or on all but a handful where the
     // library's documented semantics differ from the producer's (at most one row in a hundred; the label
     // says how many and the first one), or when a known rule of the library explains the difference.
@@ -236,15 +275,20 @@ void ScoreDocument(benchmark::State& state, vantry_tool::ScoringSession const* s
         state.SkipWithError(("answers disagree: " + disagreement).c_str());
         return;
     }
+    // Timed as a host scores: one record and one result, the record refilled from the prepared row of
+    // each case.
+    std::unique_ptr<ScoreCaseRecord> const record(model->MakeCaseRecord());
     std::unique_ptr<QXVantry_920::ScoreResult> result(model->MakeResult());
-    model->Score(records[0].get(), result.get());
+    FillRecord(*record, rows[0]);
+    model->Score(record.get(), result.get());
     std::size_t const allocationsBefore = gAllocations;
     int64_t scored = 0;
     for (auto _ : state) {
-        for (std::unique_ptr<ScoreCaseRecord> const& record : records) {
+        for (PreparedRow const& row : rows) {
+            FillRecord(*record, row);
             benchmark::DoNotOptimize(model->Score(record.get(), result.get()));
         }
-        scored += static_cast<int64_t>(records.size());
+        scored += static_cast<int64_t>(rows.size());
     }
     state.counters["ns_per_record"] = benchmark::Counter(
         static_cast<double>(scored), benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
