@@ -27,7 +27,7 @@ char const* const kProximities[] = {"&lt;1H OCEAN", "INLAND", "ISLAND", "NEAR BA
 
 class ForestWriter {
   public:
-    explicit ForestWriter(unsigned seed) : fRandom(seed) {}
+    explicit ForestWriter(unsigned start) : fRandom(start) {}
 
     std::string Document(int trees, int depth) {
         fOut =
@@ -126,8 +126,8 @@ class ForestWriter {
 
 }  // namespace
 
-std::string HousingForest(int trees, int depth, unsigned seed) {
-    return ForestWriter(seed).Document(trees, depth);
+std::string HousingForest(int trees, int depth, unsigned start) {
+    return ForestWriter(start).Document(trees, depth);
 }
 
 }  // namespace bench_score

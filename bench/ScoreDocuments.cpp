@@ -18,11 +18,11 @@ std::string CorpusFolder() {
 }
 
 // The path of a case's file: beside the case table, or in a folder of the shared corpus.
-std::string CaseFile(conformance::CaseSpec const& spec, char const* suffix) {
-    if (spec.source == "cases") {
-        return conformance::CasesFolder() + "/cases/" + spec.name + suffix;
+std::string CaseFile(conformance::CaseEntry const& entry, char const* suffix) {
+    if (entry.source == "cases") {
+        return conformance::CasesFolder() + "/cases/" + entry.name + suffix;
     }
-    return CorpusFolder() + "/" + spec.source.substr(spec.source.find(':') + 1) + "/" + spec.name + suffix;
+    return CorpusFolder() + "/" + entry.source.substr(entry.source.find(':') + 1) + "/" + entry.name + suffix;
 }
 
 std::size_t Count(std::string const& text, std::string const& part) {
@@ -83,24 +83,24 @@ std::string LoadableVariant(std::string const& text, std::string const& refusal,
 
 std::vector<BenchDocument> LoadBenchDocuments() {
     std::vector<BenchDocument> documents;
-    for (conformance::CaseSpec const& spec : conformance::LoadCaseTable()) {
+    for (conformance::CaseEntry const& entry : conformance::LoadCaseTable()) {
         BenchDocument document;
-        document.name = spec.name;
-        document.spec = spec;
+        document.name = entry.name;
+        document.entry = entry;
         try {
-            document.text = ReadText(CaseFile(spec, ".pmml"));
-            document.input = ReadTable(CaseFile(spec, ".input.csv"));
-            document.expected = ReadTable(CaseFile(spec, ".expected.csv"));
+            document.text = ReadText(CaseFile(entry, ".pmml"));
+            document.input = ReadTable(CaseFile(entry, ".input.csv"));
+            document.expected = ReadTable(CaseFile(entry, ".expected.csv"));
         } catch (std::exception const& error) {
             std::fprintf(stderr, "%s skipped: %s (set VANTRY_CORPUS to the shared corpus)\n",
-                         spec.name.c_str(), error.what());
+                         entry.name.c_str(), error.what());
             continue;
         }
-        if (!spec.refusal.empty()) {
-            document.text = LoadableVariant(document.text, spec.refusal, document.variant);
+        if (!entry.refusal.empty()) {
+            document.text = LoadableVariant(document.text, entry.refusal, document.variant);
             if (document.variant.empty()) {
-                std::fprintf(stderr, "%s skipped: refused with %s\n", spec.name.c_str(),
-                             spec.refusal.c_str());
+                std::fprintf(stderr, "%s skipped: refused with %s\n", entry.name.c_str(),
+                             entry.refusal.c_str());
                 continue;
             }
         }

@@ -25,7 +25,7 @@ struct BenchDocument {
     Table input;
     Table expected;
     // The case's comparison rules (no columns for a document without expected outputs).
-    conformance::CaseSpec spec;
+    conformance::CaseEntry entry;
 };
 
 // Every document that can be timed, in the case table's order, then examples/ and the generated forest.
@@ -39,9 +39,9 @@ std::vector<BenchDocument> LoadBenchDocuments();
 std::string LoadableVariant(std::string const& text, std::string const& refusal, std::string& changed);
 
 // A classification forest of `trees` trees on the fields of the housing cases, averaged, written
-// deterministically from `seed`; each tree is a full binary tree of the given depth
+// deterministically from `start`; each tree is a full binary tree of the given depth
 // (two trees in five one level less).
-std::string HousingForest(int trees, int depth, unsigned seed);
+std::string HousingForest(int trees, int depth, unsigned start);
 
 // The rows of a CSV file, header first; throws std::runtime_error when it cannot be read.
 Table ReadTable(std::string const& path);

@@ -58,14 +58,15 @@ std::string Apply(char const* function, std::string const& children) {
 }
 
 // An arithmetic tree of the given depth over the numeric inputs; counts its Apply nodes.
-std::string ArithmeticTree(int depth, int seed, int& nodes) {
+std::string ArithmeticTree(int depth, int variant, int& nodes) {
     static char const* const kOps[] = {"+", "-", "*", "/"};
     ++nodes;
-    char const* op = kOps[(seed + depth) % 4];
+    char const* op = kOps[(variant + depth) % 4];
     if (depth <= 1) {
-        return Apply(op, Ref("x" + std::to_string(seed % 8)) + Num(1.5 + seed % 3));
+        return Apply(op, Ref("x" + std::to_string(variant % 8)) + Num(1.5 + variant % 3));
     }
-    return Apply(op, ArithmeticTree(depth - 1, seed + 1, nodes) + Ref("x" + std::to_string((seed + 3) % 8)));
+    return Apply(
+        op, ArithmeticTree(depth - 1, variant + 1, nodes) + Ref("x" + std::to_string((variant + 3) % 8)));
 }
 
 std::string DataDictionary() {

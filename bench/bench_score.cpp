@@ -218,10 +218,10 @@ Check CheckAnswers(BenchDocument const& document, ScoreModel& model,
         ++check.rows;
         check.present += vantry_tool::CellText(fields.GetResultValue(target)).empty() ? 0 : 1;
         bool agrees = true;
-        for (conformance::ColumnRule const& rule : document.spec.columns) {
+        for (conformance::ColumnRule const& rule : document.entry.columns) {
             // A cell the case table overrides is a stated difference from the producer, not compared.
             bool const overridden = std::any_of(
-                document.spec.overrides.begin(), document.spec.overrides.end(),
+                document.entry.overrides.begin(), document.entry.overrides.end(),
                 [&](conformance::RowOverride const& entry) {
                     return entry.expected == rule.expected && entry.row == static_cast<long>(row + 1);
                 });

@@ -20,7 +20,7 @@ cmake --build "$build" -j "$jobs" --target fuzz_all
 
 # Seed corpora, assembled in a scratch folder: the test documents for the readers, a few texts for the
 # value and text targets, and every kept regression input of the target. What a run adds stays there,
-# so that the next run starts where this one ended (remove the folder to start from the seeds alone).
+# so that the next run starts where this one ended (remove the folder to start from the first inputs alone).
 corpus="$build/corpus"
 rm -rf "$build/artifacts"
 documents=$(find tests/fixtures tests/conformance/cases -type f \( -name '*.xml' -o -name '*.pmml' \))
@@ -34,16 +34,16 @@ for target in "${targets[@]}"; do
     fi
 done
 # values: a type byte (its low four bits: 1 date, 2 time, 3 date-time, 4 to 12 numbers on other scales) and a text.
-seed=0
+count=0
 for text in $'\x01''2020-02-29' $'\x02''23:59:59' $'\x03''1999-12-31T12:30:00' $'\x05''-1234.5e3' \
     $'\x0c''0.000001' $'\x20''1 2 "a b" "c\"d" ""' $'\x10''x "y\" z' $'\x01''-0001-01-01'; do
-    printf '%s' "$text" >"$corpus/values/seed$((seed++))"
+    printf '%s' "$text" >"$corpus/values/input$((count++))"
 done
 # text: a code-page byte (UTF-8, Latin-1, CP1252, Shift_JIS, GB18030, UTF-16LE, EUC-KR, Big5; the high
 # bits pick a target size) and a text.
 for text in $'\x50Gr\xc3\xbc\xc3\x9fe, \xe6\x97\xa5\xe6\x9c\xac' $'\x41caf\xe9 na\xefve' $'\x63\x82\xa0\x82\xa2' \
     $'\x85\x3d\xd8\x01\xde' $'\x20abc'; do
-    printf '%s' "$text" >"$corpus/text/seed$((seed++))"
+    printf '%s' "$text" >"$corpus/text/input$((count++))"
 done
 
 export LD_LIBRARY_PATH="$PWD/$build/lib"

@@ -21,13 +21,13 @@ namespace {
 
 constexpr std::size_t kDisagreementsKept = 5;
 
-std::string CaseFile(CaseSpec const& spec, char const* suffix) {
-    if (spec.source == "cases") {
-        return CasesFolder() + "/cases/" + spec.name + suffix;
+std::string CaseFile(CaseEntry const& entry, char const* suffix) {
+    if (entry.source == "cases") {
+        return CasesFolder() + "/cases/" + entry.name + suffix;
     }
     char const* corpus = std::getenv("VANTRY_CORPUS");
-    std::string const folder = spec.source.substr(spec.source.find(':') + 1);
-    return std::string(corpus != nullptr ? corpus : "") + "/" + folder + "/" + spec.name + suffix;
+    std::string const folder = entry.source.substr(entry.source.find(':') + 1);
+    return std::string(corpus != nullptr ? corpus : "") + "/" + folder + "/" + entry.name + suffix;
 }
 
 std::vector<std::vector<std::string>> ReadTable(std::string const& path) {
@@ -80,14 +80,14 @@ double RelativeDifference(double a, double b) {
     return std::fabs(a - b) / std::max({std::fabs(a), std::fabs(b), 1e-300});
 }
 
-std::vector<CaseSpec> LoadCaseTable() {
+std::vector<CaseEntry> LoadCaseTable() {
     std::vector<std::vector<std::string>> const rows = ReadTable(CasesFolder() + "/cases.csv");
-    std::vector<CaseSpec> specs;
+    std::vector<CaseEntry> specs;
     for (std::size_t i = 1; i < rows.size(); ++i) {
         std::vector<std::string> cells = rows[i];
         cells.resize(8);
         if (specs.empty() || specs.back().name != cells[0]) {
-            specs.push_back(CaseSpec{cells[0], cells[1], {}, {}, {}, {}});
+            specs.push_back(CaseEntry{cells[0], cells[1], {}, {}, {}, {}});
         }
         if (cells[2] == "(document)") {
             specs.back().refusal = cells[6];
@@ -103,10 +103,10 @@ std::vector<CaseSpec> LoadCaseTable() {
     return specs;
 }
 
-CaseOutcome RunCase(CaseSpec const& spec, vantry_tool::ScoringSession const& session) {
+CaseOutcome RunCase(CaseEntry const& entry, vantry_tool::ScoringSession const& session) {
     CaseOutcome outcome;
-    std::string const pmml = CaseFile(spec, ".pmml");
-    if (spec.source != "cases" && !std::ifstream(pmml).is_open()) {
+    std::string const pmml = CaseFile(entry, ".pmml");
+    if (entry.source != "cases" && !std::ifstream(pmml).is_open()) {
         outcome.skipped = "no " + pmml + " (set VANTRY_CORPUS to the shared corpus)";
         return outcome;
     }
@@ -115,14 +115,14 @@ CaseOutcome RunCase(CaseSpec const& spec, vantry_tool::ScoringSession const& ses
         if (model == nullptr) {
             throw std::runtime_error("no model built");
         }
-        std::vector<std::vector<std::string>> const input = ReadTable(CaseFile(spec, ".input.csv"));
-        std::vector<std::vector<std::string>> const expected = ReadTable(CaseFile(spec, ".expected.csv"));
+        std::vector<std::vector<std::string>> const input = ReadTable(CaseFile(entry, ".input.csv"));
+        std::vector<std::vector<std::string>> const expected = ReadTable(CaseFile(entry, ".expected.csv"));
         if (input.empty() || expected.empty() || input.size() != expected.size()) {
             throw std::runtime_error("input and expected tables differ in length");
         }
         vantry_tool::RowScorer scorer(*model, input[0]);
         std::map<std::pair<std::string, long>, std::string> overrides;
-        for (RowOverride const& entry : spec.overrides) {
+        for (RowOverride const& entry : entry.overrides) {
             overrides[{entry.expected, entry.row}] = entry.value;
         }
         std::vector<std::string> cells;
@@ -130,7 +130,7 @@ CaseOutcome RunCase(CaseSpec const& spec, vantry_tool::ScoringSession const& ses
             scorer.ScoreRow(input[row], cells);
             ++outcome.rows;
             bool agrees = true;
-            for (ColumnRule const& rule : spec.columns) {
+            for (ColumnRule const& rule : entry.columns) {
                 if (rule.ours.empty()) {
                     continue;
                 }
@@ -159,7 +159,7 @@ CaseOutcome RunCase(CaseSpec const& spec, vantry_tool::ScoringSession const& ses
     } catch (std::exception const& error) {
         outcome.error = error.what();
     }
-    outcome.refusedAsTold = !spec.refusal.empty() && outcome.error.rfind(spec.refusal, 0) == 0;
+    outcome.refusedAsTold = !entry.refusal.empty() && outcome.error.rfind(entry.refusal, 0) == 0;
     return outcome;
 }
 

@@ -30,7 +30,7 @@ struct RowOverride {
     std::string reason;
 };
 
-struct CaseSpec {
+struct CaseEntry {
     std::string name;
     // "cases" for the copies beside this file, "corpus:<folder>" for a folder of $VANTRY_CORPUS.
     std::string source;
@@ -61,10 +61,10 @@ struct CaseOutcome {
 std::string CasesFolder();
 
 // The cases of cases.csv, in the table's order.
-std::vector<CaseSpec> LoadCaseTable();
+std::vector<CaseEntry> LoadCaseTable();
 
 // Scores the case's input and compares each row with the expected output.
-CaseOutcome RunCase(CaseSpec const& spec, vantry_tool::ScoringSession const& session);
+CaseOutcome RunCase(CaseEntry const& entry, vantry_tool::ScoringSession const& session);
 
 // Relative difference of two numbers, measured against the larger magnitude (and never against less
 // than 1e-300, so that denormal probabilities compare by their tiny absolute difference).

@@ -13,25 +13,25 @@
 namespace conformance {
 
 // Test names and messages show a case by its name.
-void PrintTo(CaseSpec const& spec, std::ostream* out) {
-    *out << spec.name;
+void PrintTo(CaseEntry const& entry, std::ostream* out) {
+    *out << entry.name;
 }
 
 }  // namespace conformance
 
 namespace {
 
-class Conformance : public ::testing::TestWithParam<conformance::CaseSpec> {};
+class Conformance : public ::testing::TestWithParam<conformance::CaseEntry> {};
 
 TEST_P(Conformance, AgreesWithTheExpectedOutputs) {
-    conformance::CaseSpec const& spec = GetParam();
+    conformance::CaseEntry const& entry = GetParam();
     vantry_tool::ScoringSession session(vantry_tool::FindShippedCatalog());
-    conformance::CaseOutcome const outcome = conformance::RunCase(spec, session);
+    conformance::CaseOutcome const outcome = conformance::RunCase(entry, session);
     if (!outcome.skipped.empty()) {
         GTEST_SKIP() << outcome.skipped;
     }
-    if (!spec.refusal.empty()) {
-        EXPECT_TRUE(outcome.refusedAsTold) << "expected " << spec.refusal << " (" << spec.refusalReason
+    if (!entry.refusal.empty()) {
+        EXPECT_TRUE(outcome.refusedAsTold) << "expected " << entry.refusal << " (" << entry.refusalReason
                                            << "), got '" << outcome.error << "'";
         return;
     }
@@ -43,7 +43,7 @@ TEST_P(Conformance, AgreesWithTheExpectedOutputs) {
     }
 }
 
-std::string CaseName(::testing::TestParamInfo<conformance::CaseSpec> const& info) {
+std::string CaseName(::testing::TestParamInfo<conformance::CaseEntry> const& info) {
     std::string name = info.param.name;
     for (char& c : name) {
         c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
@@ -56,15 +56,15 @@ INSTANTIATE_TEST_SUITE_P(Cases, Conformance, ::testing::ValuesIn(conformance::Lo
 // Each copied case has a table entry, and a column left uncompared says why.
 TEST(ConformanceTable, CoversEveryCaseAndGivesEveryReason) {
     std::set<std::string> listed;
-    for (conformance::CaseSpec const& spec : conformance::LoadCaseTable()) {
-        listed.insert(spec.name);
-        for (conformance::ColumnRule const& rule : spec.columns) {
-            EXPECT_TRUE(!rule.ours.empty() || !rule.reason.empty()) << spec.name << " " << rule.expected;
-            EXPECT_TRUE(rule.ours.empty() || rule.tolerance > 0.0) << spec.name << " " << rule.expected;
+    for (conformance::CaseEntry const& entry : conformance::LoadCaseTable()) {
+        listed.insert(entry.name);
+        for (conformance::ColumnRule const& rule : entry.columns) {
+            EXPECT_TRUE(!rule.ours.empty() || !rule.reason.empty()) << entry.name << " " << rule.expected;
+            EXPECT_TRUE(rule.ours.empty() || rule.tolerance > 0.0) << entry.name << " " << rule.expected;
         }
-        EXPECT_TRUE(spec.refusal.empty() || !spec.refusalReason.empty()) << spec.name;
-        for (conformance::RowOverride const& entry : spec.overrides) {
-            EXPECT_FALSE(entry.reason.empty()) << spec.name << " " << entry.expected;
+        EXPECT_TRUE(entry.refusal.empty() || !entry.refusalReason.empty()) << entry.name;
+        for (conformance::RowOverride const& entry : entry.overrides) {
+            EXPECT_FALSE(entry.reason.empty()) << entry.name << " " << entry.expected;
         }
     }
     int documents = 0;

@@ -12,26 +12,26 @@ int main() {
     int cases = 0;
     int passed = 0;
     std::printf("%-50s %7s %8s %10s\n", "case", "rows", "agreeing", "worst");
-    for (conformance::CaseSpec const& spec : conformance::LoadCaseTable()) {
-        conformance::CaseOutcome const outcome = conformance::RunCase(spec, session);
+    for (conformance::CaseEntry const& entry : conformance::LoadCaseTable()) {
+        conformance::CaseOutcome const outcome = conformance::RunCase(entry, session);
         if (!outcome.skipped.empty()) {
-            std::printf("%-50s skipped: %s\n", spec.name.c_str(), outcome.skipped.c_str());
+            std::printf("%-50s skipped: %s\n", entry.name.c_str(), outcome.skipped.c_str());
             continue;
         }
         ++cases;
         if (outcome.refusedAsTold) {
             ++passed;
-            std::printf("%-50s refused as the table says: %s\n", spec.name.c_str(), outcome.error.c_str());
+            std::printf("%-50s refused as the table says: %s\n", entry.name.c_str(), outcome.error.c_str());
             continue;
         }
         if (!outcome.error.empty()) {
-            std::printf("%-50s failed: %s\n", spec.name.c_str(), outcome.error.c_str());
+            std::printf("%-50s failed: %s\n", entry.name.c_str(), outcome.error.c_str());
             continue;
         }
         rows += outcome.rows;
         agreeing += outcome.agreeing;
         passed += outcome.agreeing == outcome.rows ? 1 : 0;
-        std::printf("%-50s %7ld %8ld %10.3g\n", spec.name.c_str(), outcome.rows, outcome.agreeing,
+        std::printf("%-50s %7ld %8ld %10.3g\n", entry.name.c_str(), outcome.rows, outcome.agreeing,
                     outcome.worst);
         for (std::string const& line : outcome.disagreements) {
             std::printf("    %s\n", line.c_str());
