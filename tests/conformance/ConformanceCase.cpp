@@ -122,8 +122,8 @@ CaseOutcome RunCase(CaseEntry const& entry, vantry_tool::ScoringSession const& s
         }
         vantry_tool::RowScorer scorer(*model, input[0]);
         std::map<std::pair<std::string, long>, std::string> overrides;
-        for (RowOverride const& entry : entry.overrides) {
-            overrides[{entry.expected, entry.row}] = entry.value;
+        for (RowOverride const& override : entry.overrides) {
+            overrides[{override.expected, override.row}] = override.value;
         }
         std::vector<std::string> cells;
         for (std::size_t row = 1; row < input.size(); ++row) {

@@ -63,15 +63,15 @@ TEST(ConformanceTable, CoversEveryCaseAndGivesEveryReason) {
             EXPECT_TRUE(rule.ours.empty() || rule.tolerance > 0.0) << entry.name << " " << rule.expected;
         }
         EXPECT_TRUE(entry.refusal.empty() || !entry.refusalReason.empty()) << entry.name;
-        for (conformance::RowOverride const& entry : entry.overrides) {
-            EXPECT_FALSE(entry.reason.empty()) << entry.name << " " << entry.expected;
+        for (conformance::RowOverride const& override : entry.overrides) {
+            EXPECT_FALSE(override.reason.empty()) << entry.name << " " << override.expected;
         }
     }
     int documents = 0;
-    for (auto const& entry : std::filesystem::directory_iterator(conformance::CasesFolder() + "/cases")) {
-        if (entry.path().extension() == ".pmml") {
+    for (auto const& file : std::filesystem::directory_iterator(conformance::CasesFolder() + "/cases")) {
+        if (file.path().extension() == ".pmml") {
             ++documents;
-            EXPECT_EQ(listed.count(entry.path().stem()), 1u) << entry.path();
+            EXPECT_EQ(listed.count(file.path().stem()), 1u) << file.path();
         }
     }
     EXPECT_EQ(documents, 23);
