@@ -120,7 +120,7 @@ bool Scorer::Set(int input, double number) {
 }
 
 bool Scorer::Set(int input, std::string_view text) {
-    return fImpl->scoringCase->SetText(input, text);
+    return fImpl->scoringCase->SetText(input, std::string(text));
 }
 
 bool Scorer::SetMissing(int input) {

@@ -125,12 +125,11 @@ bool ScoringCase::SetNumber(int index, double number) {
     return true;
 }
 
-bool ScoringCase::SetText(int index, std::string_view view) {
+bool ScoringCase::SetText(int index, std::string const& text) {
     if (index < 0 || static_cast<std::size_t>(index) >= fInputs.size()) {
         return false;
     }
     Input& input = fInputs[static_cast<std::size_t>(index)];
-    std::string const text(view);
     if (input.type == ScoreDictVar::STRING_VAR) {
         PutText(input, text);
         return true;

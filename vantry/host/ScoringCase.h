@@ -13,7 +13,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "vantry/Export.h"
@@ -51,7 +50,7 @@ class VANTRY_EXPORT ScoringCase {
     // A text, read by the field's type: a text field takes it as it stands; a number field reads the
     // whole text as a number ("true" and "false" as 1 and 0 when no number type is declared), a date
     // field as a date or its number; an empty text is missing there, another unreadable one invalid.
-    bool SetText(int input, std::string_view text);
+    bool SetText(int input, std::string const& text);
     bool SetMissing(int input);
     void SetAllMissing();
 
